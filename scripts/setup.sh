@@ -1,0 +1,70 @@
+#!/usr/bin/env bash
+# Sets up a Debian 12 machine for OrvantaContest, builds it, and then either
+# starts the program (default) or runs every test:
+#   scripts/setup.sh run [program arguments]
+#   scripts/setup.sh test
+# Safe to run again at any time: it installs only what is missing and builds
+# only what changed.
+set -euo pipefail
+mode=${1:-run}
+[ $# -gt 0 ] && shift
+cd "$(dirname "$0")/.."
+root=$PWD
+jobs=$(nproc 2>/dev/null || echo 2)
+
+packages=(
+    build-essential cmake ninja-build pkg-config git
+    qt6-base-dev qt6-multimedia-dev qt6-serialport-dev libqt6opengl6-dev libgl-dev
+    libsqlite3-dev libcurl4-openssl-dev
+    libgtest-dev libgmock-dev libbenchmark-dev
+    hamradio-files python3 python3-pyftpdlib nodejs npm clang-format
+)
+
+install_missing() {
+    local missing=()
+    for p in "${packages[@]}"; do
+        dpkg-query -W -f='${Status}' "$p" 2>/dev/null | grep -q "install ok installed" || missing+=("$p")
+    done
+    [ ${#missing[@]} -eq 0 ] && return 0
+    local sudo=""
+    [ "$(id -u)" -ne 0 ] && sudo=sudo
+    echo "Installing: ${missing[*]}"
+    $sudo apt-get update -qq
+    DEBIAN_FRONTEND=noninteractive $sudo apt-get install -y -qq --no-install-recommends "${missing[@]}"
+}
+
+build() { # build DIR [cmake options...]
+    local dir=$1
+    shift
+    cmake -S "$root" -B "$dir" -G Ninja "$@" >/dev/null
+    cmake --build "$dir" -j"$jobs"
+}
+
+install_missing
+
+case "$mode" in
+run)
+    build "$root/build" -DCMAKE_BUILD_TYPE=RelWithDebInfo -DORVANTA_TESTS=OFF
+    exec "$root/build/src/ui/orvanta-contest" "$@"
+    ;;
+test)
+    # Node packages used by the tests that check our files with other readers.
+    if [ -f tests/node/package.json ]; then
+        (cd tests/node && npm install --no-audit --no-fund --silent)
+    fi
+    export QT_QPA_PLATFORM=offscreen
+    # 1. The whole program with warnings as errors, benchmarks compiled too.
+    build "$root/build-test" -DCMAKE_BUILD_TYPE=RelWithDebInfo -DORVANTA_WERROR=ON -DORVANTA_BENCH=ON
+    ctest --test-dir "$root/build-test" --output-on-failure -j"$jobs" --timeout 600
+    # 2. Core and command-line tool alone, without Qt, under AddressSanitizer
+    #    and UndefinedBehaviorSanitizer: proves core does not depend on Qt.
+    build "$root/build-asan" -DCMAKE_BUILD_TYPE=Debug -DORVANTA_GUI=OFF -DORVANTA_WERROR=ON \
+        -DORVANTA_SANITIZE=ON
+    ASAN_OPTIONS=detect_leaks=1 UBSAN_OPTIONS=print_stacktrace=1 \
+        ctest --test-dir "$root/build-asan" --output-on-failure -j"$jobs" --timeout 900
+    ;;
+*)
+    echo "usage: scripts/setup.sh run|test" >&2
+    exit 2
+    ;;
+esac

@@ -1,0 +1,141 @@
+#include "cli/cli.h"
+
+#include <cctype>
+#include <exception>
+#include <filesystem>
+
+#include "core/version.h"
+
+namespace orv::cli {
+
+std::optional<std::string> Args::get(const std::string& name) const {
+    auto it = options.find(name);
+    if (it == options.end())
+        return std::nullopt;
+    return it->second;
+}
+
+std::string Args::getOr(const std::string& name, const std::string& fallback) const {
+    auto v = get(name);
+    return v ? *v : fallback;
+}
+
+int Context::refuse(const Failure& f) {
+    std::string msg = texts(f.text);
+    if (!f.detail.empty())
+        msg += msg.empty() ? f.detail : "\n" + f.detail;
+    err << msg << "\n";
+    return kRefused;
+}
+
+int Context::fail(int textRow, int code, const std::string& detail) {
+    std::string msg = texts(textRow);
+    if (!detail.empty())
+        msg += msg.empty() ? detail : "\n" + detail;
+    err << msg << "\n";
+    return code;
+}
+
+namespace {
+
+std::map<std::string, Command>& registry() {
+    static std::map<std::string, Command> r;
+    return r;
+}
+
+void printHelp(std::ostream& out) {
+    out << "orvanta-tool " << kVersion << " - the OrvantaContest log tool\n\n"
+        << "Usage: orvanta-tool [--home DIR] COMMAND [ARGS]\n\n"
+        << "Global options:\n"
+        << "  --home DIR   data folder (default $ORVANTA_HOME, else\n"
+        << "               $XDG_DATA_HOME/OrvantaContest)\n"
+        << "  --help       this text\n"
+        << "  --version    the program's version\n\n"
+        << "Commands:\n";
+    for (const auto& [name, c] : registry())
+        out << "  " << name << " " << c.usage << "\n      " << c.summary << "\n";
+    out << "\nExit status: 0 success, 1 file/database/device failure, 2 input refused,\n"
+        << "3 QSO refused as a duplicate.\n";
+}
+
+} // namespace
+
+bool registerCommand(Command command) {
+    registry()[command.name] = std::move(command);
+    return true;
+}
+
+const std::map<std::string, Command>& commands() { return registry(); }
+
+int runTool(const std::vector<std::string>& argv, Clock& clock, std::ostream& out,
+            std::ostream& err) {
+    std::optional<std::string> home;
+    std::size_t i = 1;
+    for (; i < argv.size(); ++i) {
+        const auto& a = argv[i];
+        if (a == "--help" || a == "-h") {
+            printHelp(out);
+            return kOk;
+        }
+        if (a == "--version") {
+            out << "orvanta-tool " << kVersion << "\n";
+            return kOk;
+        }
+        if (a == "--home") {
+            if (i + 1 >= argv.size()) {
+                err << "--home: missing folder\n";
+                return kRefused;
+            }
+            home = argv[++i];
+            continue;
+        }
+        break;
+    }
+    if (i >= argv.size()) {
+        printHelp(err);
+        return kRefused;
+    }
+    const auto it = registry().find(argv[i]);
+    if (it == registry().end()) {
+        err << "unknown command: " << argv[i] << " (see --help)\n";
+        return kRefused;
+    }
+    const Command& cmd = it->second;
+    Args args;
+    for (++i; i < argv.size(); ++i) {
+        const auto& a = argv[i];
+        if (a == "--help") {
+            out << "orvanta-tool " << cmd.name << " " << cmd.usage << "\n" << cmd.summary << "\n";
+            return kOk;
+        }
+        if (a == "--home" && i + 1 < argv.size()) {
+            home = argv[++i];
+            continue;
+        }
+        const bool longOpt = a.size() > 2 && a.rfind("--", 0) == 0;
+        const bool shortOpt = a.size() == 2 && a[0] == '-' && a[1] != '-' && !std::isdigit(a[1]);
+        if (!longOpt && !shortOpt) {
+            args.positional.push_back(a);
+            continue;
+        }
+        const std::string name = a.substr(longOpt ? 2 : 1);
+        if (cmd.flagOptions.count(name)) {
+            args.flags.insert(name);
+            continue;
+        }
+        if (i + 1 >= argv.size()) {
+            err << a << ": missing value\n";
+            return kRefused;
+        }
+        args.options[name] = argv[++i];
+    }
+    try {
+        Context ctx{prepareDataFolder(resolveDataFolder(home)), Texts{}, clock, out, err};
+        return cmd.run(ctx, args);
+    } catch (const std::exception& e) {
+        err << Texts{}(10) << ": " << e.what() << "\n";
+        return kFailure;
+    }
+}
+
+} // namespace orv::cli

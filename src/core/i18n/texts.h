@@ -1,0 +1,46 @@
+#pragma once
+
+#include <array>
+#include <filesystem>
+#include <istream>
+#include <string>
+
+namespace orv {
+
+// The table of every user text (IText), rows 0 to 500. Starts with the
+// built-in German rows; a language file overrides rows by number.
+class Texts {
+public:
+    static constexpr int kMaxRow = 500;
+
+    Texts() { loadDefaults(); }
+
+    // IText(n); out-of-range rows read as empty text.
+    const std::string& operator()(int n) const;
+    void set(int n, std::string text);
+    // Clears every row and fills the built-in ones (LoadDefaultTexts).
+    void loadDefaults();
+
+    enum class LoadStatus {
+        Loaded,    // all lines read
+        NoFile,    // empty path or missing file: nothing happens, nothing is said
+        Invalid,   // first line lacks the marker: nothing changed, show IText(230)
+        Truncated, // a row number above 500 stopped the reading; rows before it stay
+    };
+    struct LoadResult {
+        LoadStatus status = LoadStatus::Loaded;
+        int rowsRead = 0;
+        int badRow = 0; // the number that stopped a truncated read
+    };
+    // LoadLanguageFile: rows absent from the file keep what they held.
+    LoadResult loadLanguageFile(const std::filesystem::path& path);
+    LoadResult loadLanguage(std::istream& in);
+
+    // The template of a language file with every non-empty row ("neu.lng").
+    std::string languageTemplate() const;
+
+private:
+    std::array<std::string, kMaxRow + 1> rows_;
+};
+
+} // namespace orv

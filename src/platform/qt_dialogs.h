@@ -1,0 +1,36 @@
+#pragma once
+
+#include <deque>
+#include <functional>
+#include <string>
+
+#include "core/util/ports.h"
+
+class QWidget;
+
+namespace orv::platform {
+
+// Message boxes for core's questions. Tests queue the answers they want, so a
+// question is answered without a real modal loop.
+class QtDialogs final : public Dialogs {
+public:
+    explicit QtDialogs(QWidget* parent = nullptr) : parent_(parent) {}
+    Answer ask(const std::string& text, Buttons buttons, Icon icon, Answer defaultAnswer) override;
+    void inform(const std::string& text, Icon icon) override;
+
+    // Test hook: the next questions get these answers, in order, and messages
+    // are recorded instead of shown while answers or recording are active.
+    static void queueAnswer(Answer a);
+    static void setRecording(bool on);
+    static std::deque<std::string>& recorded();
+
+private:
+    QWidget* parent_;
+};
+
+class QtBeeper final : public Beeper {
+public:
+    void beep() override;
+};
+
+} // namespace orv::platform
