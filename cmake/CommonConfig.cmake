@@ -16,10 +16,17 @@ target_include_directories(orv_common INTERFACE ${PROJECT_SOURCE_DIR}/src)
 # orv_core_module(NAME DEPS...) builds every .cpp in src/core/NAME into the
 # static library orv_NAME. Each subsystem is its own library so that a test
 # suite links only what it uses.
+# A module without sources yet is an interface library, so that the targets
+# which name it still configure and link.
 function(orv_core_module name)
     file(GLOB_RECURSE _src CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/src/core/${name}/*.cpp)
-    add_library(orv_${name} STATIC ${_src})
-    target_link_libraries(orv_${name} PUBLIC orv_common ${ARGN})
+    if(_src)
+        add_library(orv_${name} STATIC ${_src})
+        target_link_libraries(orv_${name} PUBLIC orv_common ${ARGN})
+    else()
+        add_library(orv_${name} INTERFACE)
+        target_link_libraries(orv_${name} INTERFACE orv_common ${ARGN})
+    endif()
 endfunction()
 
 # orv_test_suite(NAME DIR DEPS...) builds every .cpp in DIR into one test
