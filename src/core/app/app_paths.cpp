@@ -2,6 +2,7 @@
 
 #include <cstdlib>
 
+#include "core/i18n/bundled_languages.h"
 #include "core/util/text.h"
 
 namespace orv {
@@ -51,6 +52,7 @@ AppPaths prepareDataFolder(const fs::path& folder) {
     restoreFromOrg(folder, p.callDbPath().filename().string());
     for (const auto& sub : {p.logsPath(), p.audioPath(), p.languagePath()})
         fs::create_directories(sub);
+    installBundledLanguages(p.languagePath());
     return p;
 }
 

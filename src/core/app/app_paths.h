@@ -40,8 +40,9 @@ std::optional<std::filesystem::path> findCaseBlind(const std::filesystem::path& 
 
 // Creates the data folder and its sub-folders where missing, and restores the
 // settings file and the call database from their "_org" copies when the file
-// itself is gone. Throws std::filesystem::filesystem_error when the folder
-// cannot be made.
+// itself is gone, and puts the shipped language files into Language/ where
+// they are missing. Throws std::filesystem::filesystem_error when the folder
+// cannot be made, fileio::FileError when a language file cannot be written.
 AppPaths prepareDataFolder(const std::filesystem::path& folder);
 
 } // namespace orv

@@ -2,6 +2,8 @@
 
 #include <fstream>
 #include <sstream>
+#include <string_view>
+#include <vector>
 
 #include "core/i18n/builtin_texts.h"
 #include "core/util/text.h"
@@ -28,7 +30,8 @@ void Texts::loadDefaults() {
 }
 
 Texts::LoadResult Texts::loadLanguageFile(const std::filesystem::path& path) {
-    if (path.empty())
+    std::error_code ec;
+    if (path.empty() || !std::filesystem::is_regular_file(path, ec))
         return {LoadStatus::NoFile};
     std::ifstream in(path, std::ios::binary);
     if (!in)
@@ -36,21 +39,72 @@ Texts::LoadResult Texts::loadLanguageFile(const std::filesystem::path& path) {
     return loadLanguage(in);
 }
 
+namespace {
+
+// Lines of a language file: read whole, so that a file in Windows-1252 is
+// recognised as one; CR LF and LF both end a line, and a last line without
+// its end counts as well.
+std::vector<std::string> lines(std::istream& in) {
+    std::ostringstream ss;
+    ss << in.rdbuf();
+    std::string content = ss.str();
+    if (text::startsWith(content, "\xEF\xBB\xBF"))
+        content.erase(0, 3);
+    content = text::decodeLegacy(content);
+    std::vector<std::string> out;
+    std::size_t start = 0;
+    while (start < content.size()) {
+        auto end = content.find('\n', start);
+        if (end == std::string::npos)
+            end = content.size();
+        std::string line = content.substr(start, end - start);
+        if (!line.empty() && line.back() == '\r')
+            line.pop_back();
+        out.push_back(std::move(line));
+        start = end + 1;
+    }
+    return out;
+}
+
+// A line of a language file cannot hold a line break, so a text carries it
+// as the two characters "\r\n".
+constexpr std::string_view kBreakMark = "\\r\\n";
+
+std::string unescapeBreaks(std::string s) {
+    for (auto pos = s.find(kBreakMark); pos != std::string::npos; pos = s.find(kBreakMark, pos)) {
+        s.replace(pos, kBreakMark.size(), "\r\n");
+        pos += 2;
+    }
+    return s;
+}
+
+std::string escapeBreaks(const std::string& s) {
+    std::string out;
+    for (std::size_t i = 0; i < s.size(); ++i) {
+        if (s[i] == '\r' || s[i] == '\n') {
+            out += kBreakMark;
+            if (s[i] == '\r' && i + 1 < s.size() && s[i + 1] == '\n')
+                ++i;
+        } else {
+            out += s[i];
+        }
+    }
+    return out;
+}
+
+} // namespace
+
 Texts::LoadResult Texts::loadLanguage(std::istream& in) {
-    std::string raw;
-    if (!std::getline(in, raw) ||
-        text::upper(text::decodeLegacy(raw)).find("ORVANTACONTEST LANGUAGE FILE") == std::string::npos)
+    const auto all = lines(in);
+    if (all.empty() || text::upper(all[0]).find(kMarker) == std::string::npos)
         return {LoadStatus::Invalid};
     LoadResult result;
-    while (std::getline(in, raw)) {
-        // Files from the Windows world end their lines with CR LF.
-        if (!raw.empty() && raw.back() == '\r')
-            raw.pop_back();
-        const std::string line = text::trimLeft(text::decodeLegacy(raw));
-        if (text::trim(line).empty() || line[0] < '0' || line[0] > '9')
+    for (std::size_t i = 1; i < all.size(); ++i) {
+        const std::string line = text::trimLeft(all[i]);
+        if (line.empty() || line[0] < '0' || line[0] > '9')
             continue;
         const auto eq = line.find('=');
-        if (eq == std::string::npos || eq == 0)
+        if (eq == std::string::npos)
             continue;
         const long long n = text::leadingInt(line.substr(0, eq));
         if (n > kMaxRow) {
@@ -58,7 +112,7 @@ Texts::LoadResult Texts::loadLanguage(std::istream& in) {
             result.badRow = static_cast<int>(std::min<long long>(n, 1000000000));
             return result;
         }
-        set(static_cast<int>(n), text::trimLeft(line.substr(eq + 1)));
+        set(static_cast<int>(n), unescapeBreaks(text::trimLeft(line.substr(eq + 1))));
         ++result.rowsRead;
     }
     return result;
@@ -66,21 +120,11 @@ Texts::LoadResult Texts::loadLanguage(std::istream& in) {
 
 std::string Texts::languageTemplate() const {
     std::ostringstream out;
-    out << "# OrvantaContest Language File V1.0\r\n# Deutsch\r\n\r\n";
+    out << "# OrvantaContest Language File V1.0\n# Deutsch\n\n";
     for (int n = 0; n <= kMaxRow; ++n) {
         const auto& t = (*this)(n);
-        if (t.empty())
-            continue;
-        std::string escaped;
-        for (char c : t) {
-            if (c == '\r')
-                escaped += "\\r";
-            else if (c == '\n')
-                escaped += "\\n";
-            else
-                escaped += c;
-        }
-        out << n << " = " << escaped << "\r\n";
+        if (!t.empty())
+            out << n << " = " << escapeBreaks(t) << "\n";
     }
     return out.str();
 }

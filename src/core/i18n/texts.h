@@ -12,6 +12,8 @@ namespace orv {
 class Texts {
 public:
     static constexpr int kMaxRow = 500;
+    // What the first line of a language file must hold, after upper-casing.
+    static constexpr const char* kMarker = "ORVANTACONTEST LANGUAGE FILE";
 
     Texts() { loadDefaults(); }
 
@@ -32,11 +34,13 @@ public:
         int rowsRead = 0;
         int badRow = 0; // the number that stopped a truncated read
     };
-    // LoadLanguageFile: rows absent from the file keep what they held.
+    // LoadLanguageFile: rows absent from the file keep what they held. A text
+    // carries a line break as the two characters "\r\n".
     LoadResult loadLanguageFile(const std::filesystem::path& path);
     LoadResult loadLanguage(std::istream& in);
 
-    // The template of a language file with every non-empty row ("neu.lng").
+    // The template of a language file with every non-empty row ("neu.lng"),
+    // one "n = text" line each, which loadLanguage reads back unchanged.
     std::string languageTemplate() const;
 
 private:
