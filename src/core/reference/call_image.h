@@ -1,0 +1,105 @@
+#pragma once
+
+#include <array>
+#include <atomic>
+#include <cstdint>
+#include <filesystem>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "core/logstore/bands.h"
+#include "core/reference/call_db.h"
+#include "core/reference/gram_index.h"
+#include "core/util/datetime.h"
+
+// The memory image of the call database that the main window searches on
+// each key stroke: the records in call order (`QBDatListe`, record numbers
+// from 1) with substring indexes over calls and locators that take the place
+// of the flat strings `QBDatCalls` and `QBDatLocs`.
+namespace orv {
+
+// One record of `QBDatListe`. Null fields read as blanks or 0.
+struct QBDatEntry {
+    std::array<char, 16> call{}; // up to 15 characters, then zeros
+    std::array<char, 8> loc{};   // up to 6 characters, then zeros
+    std::int64_t rowid = 0;
+    std::array<std::int32_t, kBandCount> counters{};
+    DateTime lastDate; // 1899-12-30 when the field is empty
+
+    std::string_view Call() const { return std::string_view(call.data()); }
+    std::string_view Locator() const { return std::string_view(loc.data()); }
+};
+
+// Lets the window stop a search that a newer key stroke made useless: each
+// key stroke takes a new generation, and a search that sees the generation
+// move on stops at its next check.
+class SearchGeneration {
+public:
+    std::uint64_t next() { return ++gen_; }
+    std::uint64_t current() const { return gen_.load(std::memory_order_relaxed); }
+
+private:
+    std::atomic<std::uint64_t> gen_{0};
+};
+
+class CancelToken {
+public:
+    CancelToken() = default; // never cancelled
+    CancelToken(const SearchGeneration& g, std::uint64_t mine) : gen_(&g), mine_(mine) {}
+    bool cancelled() const { return gen_ && gen_->current() != mine_; }
+
+private:
+    const SearchGeneration* gen_ = nullptr;
+    std::uint64_t mine_ = 0;
+};
+
+struct CallSearch {
+    std::string callPart;         // a part of a call; empty: no condition
+    std::string locatorPart;      // a part of a locator; empty: no condition
+    std::size_t maxRecords = 100; // record numbers returned, the first in call order
+};
+
+struct CallSearchResult {
+    std::size_t found = 0;              // records matching every part given
+    std::vector<std::uint32_t> records; // the first of them, record numbers from 1
+    bool cancelled = false;             // stopped; found and records are incomplete
+};
+
+class QBDatImage {
+public:
+    QBDatImage() = default;
+    // Load: reads every record in call order and builds the indexes. A
+    // missing file or table gives an empty image. Throws sql::Error.
+    static QBDatImage load(const std::filesystem::path& dbPath);
+    static QBDatImage fromRecords(const std::vector<CallRecord>& records);
+
+    std::size_t size() const { return entries_.size(); }
+    // Record number n, from 1.
+    const QBDatEntry& record(std::uint32_t n) const { return entries_.at(n - 1); }
+
+    // A part of a call and a part of a locator, each alone or both together,
+    // as typed (trimmed and upper-cased here). Each record counts once.
+    CallSearchResult search(const CallSearch& query, const CancelToken& cancel = {}) const;
+
+    // WriteInList: the lookup list line of record n.
+    std::string WriteInList(std::uint32_t n) const;
+
+    std::size_t indexBytes() const { return calls_.memoryBytes() + locs_.memoryBytes(); }
+
+private:
+    void buildIndexes();
+
+    std::vector<QBDatEntry> entries_;
+    GramIndex calls_;
+    GramIndex locs_;
+};
+
+// The lookup list line of one record: the call in columns 1 to 13, the
+// locator from column 14, then the ten counters in band order, each in 3
+// columns and at most 999, with `Bc3` in the seventh place as in the eighth,
+// then `LastDate` as "DD.MM.YYYY" from the year 1900 on; a blank between
+// fields.
+std::string listLine(const QBDatEntry& e);
+
+} // namespace orv
