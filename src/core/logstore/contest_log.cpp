@@ -133,8 +133,10 @@ ContestLog::ContestLog(std::filesystem::path path, sql::Db db)
 ContestLog ContestLog::create(const std::filesystem::path& path, const NewLogData& data) {
     if (std::filesystem::exists(path))
         throw std::runtime_error("log file exists: " + path.string());
-    std::filesystem::path building = path;
-    building += ".creating";
+    // A short name of its own, so that a log name as long as the file
+    // system allows still has room for it.
+    const std::filesystem::path building =
+        path.parent_path() / (".new-log-" + std::to_string(::getpid()) + ".tmp");
     removeLogFile(building);
     {
         // Nobody else sees this file until it is complete, so it is built
