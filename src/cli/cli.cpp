@@ -4,6 +4,7 @@
 #include <exception>
 #include <filesystem>
 
+#include "core/i18n/language.h"
 #include "core/version.h"
 
 namespace orv::cli {
@@ -131,6 +132,11 @@ int runTool(const std::vector<std::string>& argv, Clock& clock, std::ostream& ou
     }
     try {
         Context ctx{prepareDataFolder(resolveDataFolder(home)), Texts{}, clock, out, err};
+        // The tool speaks the language the program is set to.
+        const Settings settings{IniFile{ctx.paths.iniPath()}};
+        if (auto problem =
+                languageProblem(loadChosenLanguage(ctx.texts, settings, ctx.paths.languagePath())))
+            ctx.refuse(*problem);
         return cmd.run(ctx, args);
     } catch (const std::exception& e) {
         err << Texts{}(10) << ": " << e.what() << "\n";
