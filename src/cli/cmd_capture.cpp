@@ -1,0 +1,238 @@
+// add, list, delete, restore, correct, clear-band: the QSO capture of the
+// main window, driven through the same core path from the command line.
+#include <sstream>
+
+#include "cli/log_access.h"
+#include "core/capture/capture.h"
+#include "core/settings/settings.h"
+#include "core/util/text.h"
+
+namespace orv::cli {
+namespace {
+
+void printRow(std::ostream& out, const GridRow& row) {
+    const GridCells c = gridCells(row);
+    for (std::size_t i = 0; i < c.size(); ++i)
+        out << (i ? "\t" : "") << c[i];
+    out << "\n";
+}
+
+// A log, its band and a capture on it, opened for one command.
+struct Session {
+    OpenedLog opened;
+    Settings settings;
+    FixedDialogs dialogs;
+    std::optional<Capture> capture;
+};
+
+std::unique_ptr<Session> openSession(Context& ctx, const Args& args, Answer answer, int& code) {
+    const auto name = positional(ctx, args, 0, "log name", code);
+    if (!name)
+        return nullptr;
+    const auto band = bandOption(ctx, args, code);
+    if (!band)
+        return nullptr;
+    auto opened = openNamedLog(ctx, *name, code);
+    if (!opened)
+        return nullptr;
+    auto s = std::unique_ptr<Session>(new Session{std::move(*opened),
+                                                  Settings(IniFile(ctx.paths.iniPath())),
+                                                  FixedDialogs(answer), std::nullopt});
+    s->capture.emplace(s->opened.log, captureConfigFrom(s->settings, s->opened.log.myData()),
+                       ctx.clock, s->dialogs, ctx.texts);
+    s->capture->selectBand(*band);
+    return s;
+}
+
+std::optional<std::size_t> rowOfNr(Context& ctx, const Capture& capture, const Args& args,
+                                   int& code) {
+    const std::string nr = args.getOr("nr", "");
+    const long row = text::isInteger(nr) ? capture.state().findRow(text::leadingInt(nr)) : -1;
+    if (row < 0) {
+        code = ctx.fail(225, kRefused, "--nr " + nr);
+        return std::nullopt;
+    }
+    return static_cast<std::size_t>(row);
+}
+
+int runAdd(Context& ctx, const Args& args) {
+    int code = kOk;
+    auto s = openSession(ctx, args, Answer::No, code);
+    if (!s)
+        return code;
+    Capture& capture = *s->capture;
+    EntryRow row;
+    row.call = args.getOr("call", "");
+    row.rst = args.getOr("rst", "");
+    row.rstNr = args.getOr("rcvd", "");
+    row.locator = args.getOr("locator", "");
+    row.mode = args.getOr("mode", s->settings.modes().front());
+    row.rxMode = args.getOr("rxmode", row.mode);
+    row.note = args.getOr("note", "");
+    row.qsl = args.getOr("qsl", "No");
+    row.prop = args.getOr("prop", "");
+    row.op = args.getOr("op", s->settings.get(keys::OPCall));
+    row.name = args.getOr("name", "");
+    row.time = args.getOr("time", capture.logNow().timeHM());
+    if (auto date = args.get("date")) {
+        row.datePanel = true;
+        row.date = *date;
+    }
+    const CommitResult res = capture.Uebernehmen(row);
+    switch (res.kind) {
+    case CommitResult::Kind::Stored:
+        printRow(ctx.out, res.stored);
+        return kOk;
+    case CommitResult::Kind::Duplicate: {
+        ctx.err << ctx.texts(200) << "\n";
+        for (std::size_t i = 0; i + 1 < res.duplicate.dup.size(); ++i)
+            ctx.err << (i ? "\t" : "") << res.duplicate.dup[i];
+        ctx.err << "\n";
+        return kDuplicate;
+    }
+    case CommitResult::Kind::Refused:
+        break;
+    }
+    return ctx.refuse(res.failure);
+}
+
+int runList(Context& ctx, const Args& args) {
+    int code = kOk;
+    auto s = openSession(ctx, args, Answer::No, code);
+    if (!s)
+        return code;
+    const BandState& st = s->capture->state();
+    for (const GridRow& r : st.rows())
+        printRow(ctx.out, r);
+    ctx.out << "# lastnr=" << st.LastQSONr << " score=" << st.PGesamt
+            << " kmperqso=" << st.kmPerQso() << " odx=" << st.ODX << " odxnr=" << st.ODXNr
+            << " squares=" << st.GrossfeldZahl() << " deleted=" << st.deletedCount() << "\n";
+    return kOk;
+}
+
+int runDelete(Context& ctx, const Args& args) {
+    int code = kOk;
+    auto s = openSession(ctx, args, Answer::Yes, code);
+    if (!s)
+        return code;
+    const auto row = rowOfNr(ctx, *s->capture, args, code);
+    if (!row)
+        return code;
+    if (s->capture->state().rows()[*row].qso.errQso)
+        return kOk;
+    s->capture->ErrQSO(s->capture->state().rows()[*row].qso.qsoNr);
+    printRow(ctx.out, s->capture->state().rows()[*row]);
+    return kOk;
+}
+
+int runRestore(Context& ctx, const Args& args) {
+    int code = kOk;
+    auto s = openSession(ctx, args, Answer::Yes, code);
+    if (!s)
+        return code;
+    const auto row = rowOfNr(ctx, *s->capture, args, code);
+    if (!row)
+        return code;
+    if (!s->capture->state().rows()[*row].qso.errQso)
+        return kOk;
+    const Status st = s->capture->restore(*row);
+    if (!st)
+        return ctx.refuse(st.failure());
+    printRow(ctx.out, s->capture->state().rows()[*row]);
+    return kOk;
+}
+
+int runCorrect(Context& ctx, const Args& args) {
+    const std::string dupeZero = args.getOr("dupe-zero", "no");
+    if (dupeZero != "yes" && dupeZero != "no") {
+        ctx.err << "--dupe-zero yes|no\n";
+        return kRefused;
+    }
+    int code = kOk;
+    auto s = openSession(ctx, args, dupeZero == "yes" ? Answer::Yes : Answer::No, code);
+    if (!s)
+        return code;
+    Capture& capture = *s->capture;
+    const auto row = rowOfNr(ctx, capture, args, code);
+    if (!row)
+        return code;
+    EditRow e = capture.editView(*row);
+    const struct {
+        const char* option;
+        std::string EditRow::*field;
+    } fields[] = {
+        {"call", &EditRow::call},       {"rst", &EditRow::rst},   {"rcvd", &EditRow::rstNr},
+        {"locator", &EditRow::locator}, {"time", &EditRow::time}, {"date", &EditRow::date},
+        {"mode", &EditRow::mode},       {"qsl", &EditRow::qsl},   {"note", &EditRow::note},
+        {"rxmode", &EditRow::rxMode},   {"prop", &EditRow::prop}, {"op", &EditRow::op},
+        {"name", &EditRow::name}};
+    for (const auto& f : fields)
+        if (auto v = args.get(f.option))
+            e.*(f.field) = *v;
+    // A new locator gives a new distance, as the correction line's locator
+    // field computes it.
+    if (args.get("locator")) {
+        if (auto p = capture.preview(text::trim(e.locator));
+            p && text::length(text::trim(e.locator)) == 6)
+            e.qrb = std::to_string(p->km);
+    }
+    const Status st = capture.UebernehmenEdit(*row, e);
+    if (!st)
+        return ctx.refuse(st.failure());
+    printRow(ctx.out, capture.state().rows()[*row]);
+    return kOk;
+}
+
+int runClearBand(Context& ctx, const Args& args) {
+    if (!args.flags.count("yes"))
+        return ctx.fail(254, kRefused, "--yes");
+    int code = kOk;
+    auto s = openSession(ctx, args, Answer::Yes, code);
+    if (!s)
+        return code;
+    // Both questions are answered by --yes: Yes, then OK.
+    struct YesOk final : Dialogs {
+        Answer ask(const std::string&, Buttons b, Icon, Answer) override {
+            return b == Buttons::OkCancel ? Answer::Ok : Answer::Yes;
+        }
+        void inform(const std::string&, Icon) override {}
+    } yesOk;
+    Capture capture(s->opened.log, s->capture->config(), ctx.clock, yesOk, ctx.texts);
+    capture.selectBand(s->capture->band());
+    capture.MnLogLoeschen();
+    return kOk;
+}
+
+const std::string kFields =
+    "[--mode M] [--rxmode M] [--date YYYY-MM-DD] [--time HH:MM] [--note TEXT] [--qsl Yes|No] "
+    "[--prop P] [--op CALL] [--name NAME]";
+
+const bool registered =
+    registerCommand({"add",
+                     "NAME --band BAND --call CALL --rst RST --rcvd RSTNR --locator LOC " + kFields,
+                     "Logs a QSO on a band as the entry row does; exit 3 for a duplicate.",
+                     {},
+                     &runAdd}) &&
+    registerCommand({"list",
+                     "NAME --band BAND",
+                     "Prints the band's rows (18 cells, tab-separated) and its totals.",
+                     {},
+                     &runList}) &&
+    registerCommand(
+        {"delete", "NAME --band BAND --nr N", "Marks the QSO N deleted.", {}, &runDelete}) &&
+    registerCommand(
+        {"restore", "NAME --band BAND --nr N", "Restores the deleted QSO N.", {}, &runRestore}) &&
+    registerCommand({"correct",
+                     "NAME --band BAND --nr N [--call C] [--rst R] [--rcvd R] [--locator L] " +
+                         kFields + " [--dupe-zero yes|no]",
+                     "Corrects the QSO N as the correction line does.",
+                     {},
+                     &runCorrect}) &&
+    registerCommand({"clear-band",
+                     "NAME --band BAND --yes",
+                     "Deletes every QSO of the band and its totals.",
+                     {"yes"},
+                     &runClearBand});
+
+} // namespace
+} // namespace orv::cli

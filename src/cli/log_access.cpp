@@ -1,0 +1,39 @@
+#include "cli/log_access.h"
+
+#include <filesystem>
+
+#include "core/logstore/bands.h"
+
+namespace orv::cli {
+
+std::optional<OpenedLog> openNamedLog(Context& ctx, const std::string& name, int& exitCode) {
+    const auto path = ctx.paths.logFile(name);
+    if (name.empty() || !std::filesystem::is_regular_file(path)) {
+        exitCode = ctx.fail(415, kRefused, path.string());
+        return std::nullopt;
+    }
+    Result<OpenedLog> opened = openLog(path);
+    if (!opened) {
+        exitCode = ctx.refuse(opened.failure());
+        return std::nullopt;
+    }
+    return std::move(opened).value();
+}
+
+std::optional<int> bandOption(Context& ctx, const Args& args, int& exitCode) {
+    const auto b = BandIndex(args.getOr("band", ""));
+    if (!b)
+        exitCode = ctx.fail(425, kRefused, "--band " + args.getOr("band", ""));
+    return b;
+}
+
+std::optional<std::string> positional(Context& ctx, const Args& args, std::size_t i,
+                                      const std::string& what, int& exitCode) {
+    if (i < args.positional.size())
+        return args.positional[i];
+    ctx.err << "missing " << what << " (see --help)\n";
+    exitCode = kRefused;
+    return std::nullopt;
+}
+
+} // namespace orv::cli

@@ -1,0 +1,153 @@
+#include "core/capture/band_state.h"
+
+#include <cmath>
+#include <cstdio>
+
+#include "core/capture/entry_rules.h"
+#include "core/locator/locator.h"
+#include "core/util/text.h"
+
+namespace orv {
+namespace {
+
+constexpr std::size_t kSlot = 16;
+constexpr char kSlotEnd = '\x01';
+
+} // namespace
+
+GridCells gridCells(const GridRow& r) {
+    const QsoRow& q = r.qso;
+    return GridCells{q.call,
+                     q.locator,
+                     q.rstGeg,
+                     entry::formatGridSerial(q.qsoNr),
+                     q.rstErh,
+                     std::to_string(q.qrb),
+                     q.datTime.dateIso(),
+                     q.datTime.timeHM(),
+                     std::to_string(q.qrg),
+                     q.mod,
+                     q.modRx,
+                     q.qsl ? "Yes" : "No",
+                     q.notice,
+                     r.bearing,
+                     q.name,
+                     q.ausBr,
+                     q.errQso ? "True" : "False",
+                     q.opCall};
+}
+
+std::string bearingText(const std::string& ownLocator, const std::string& locator,
+                        bool antenneKomma) {
+    std::string own = ownLocator, other = locator;
+    LocErgebnis e;
+    try {
+        e = LocBerechnen(own, other);
+    } catch (const LocRechenfehler&) {
+        return {};
+    }
+    if (!e.ok())
+        return {};
+    if (!antenneKomma)
+        return std::to_string(e.Grad) + "°";
+    char buf[32];
+    std::snprintf(buf, sizeof buf, "%.1f°", static_cast<double>(e.GradDez));
+    return buf;
+}
+
+void BandState::load(int band, std::vector<QsoRow> rows, const BandTotals& totals,
+                     const std::string& ownLocator, bool antenneKomma) {
+    band_ = band;
+    rows_.clear();
+    rows_.reserve(rows.size());
+    for (auto& q : rows) {
+        std::string bearing = bearingText(ownLocator, q.locator, antenneKomma);
+        rows_.push_back(GridRow{std::move(q), std::move(bearing)});
+    }
+    stored = totals;
+    PGesamt = totals.pGesamt;
+    ODX = totals.odx;
+    ODXNr = totals.odxNr;
+    rebuildIndex();
+    LastQSONr = rows_.empty() ? 0 : rows_.back().qso.qsoNr;
+    const std::int64_t live = LastQSONr - deleted_;
+    kmPerQso_ = (PGesamt + LastQSONr < 1 || PGesamt < 1 || live <= 0) ? 0 : PGesamt / live;
+}
+
+long BandState::findRow(std::int64_t qsoNr) const {
+    for (std::size_t i = 0; i < rows_.size(); ++i)
+        if (rows_[i].qso.qsoNr == qsoNr)
+            return static_cast<long>(i);
+    return -1;
+}
+
+std::string BandState::nextSerial() const {
+    return entry::formatSerial(LastQSONr + 1);
+}
+
+std::string BandState::GrossfeldADD(std::string_view locator) {
+    std::string sq = text::upper(text::left(locator, 4));
+    if (grossfeldListe_.find(sq) == std::string::npos) {
+        grossfeldListe_ += ",";
+        grossfeldListe_ += sq;
+        ++grossfeldZahl_;
+    }
+    return sq;
+}
+
+void BandState::clearSquares() {
+    grossfeldListe_.clear();
+    grossfeldZahl_ = 0;
+}
+
+void BandState::writeSlot(std::size_t index, const GridRow& row) {
+    char* slot = worked_.data() + index * kSlot;
+    std::fill(slot, slot + kSlot - 1, ' ');
+    slot[kSlot - 1] = kSlotEnd;
+    if (!row.qso.errQso) {
+        const std::string& call = row.qso.call;
+        std::copy_n(call.begin(), std::min(call.size(), kSlot - 1), slot);
+    }
+}
+
+void BandState::appendRow(GridRow row) {
+    rows_.push_back(std::move(row));
+    const GridRow& r = rows_.back();
+    worked_.resize(rows_.size() * kSlot);
+    writeSlot(rows_.size() - 1, r);
+    if (r.qso.errQso)
+        ++deleted_;
+    else if (text::length(r.qso.locator) >= 4)
+        GrossfeldADD(r.qso.locator);
+}
+
+void BandState::rebuildIndex() {
+    clearSquares();
+    deleted_ = 0;
+    worked_.assign(rows_.size() * kSlot, ' ');
+    for (std::size_t i = 0; i < rows_.size(); ++i) {
+        const GridRow& r = rows_[i];
+        writeSlot(i, r);
+        if (r.qso.errQso)
+            ++deleted_;
+        else if (text::length(r.qso.locator) >= 4)
+            GrossfeldADD(r.qso.locator);
+    }
+}
+
+std::vector<std::size_t> BandState::workedMatches(std::string_view typed) const {
+    std::vector<std::size_t> out;
+    if (typed.empty() || typed.size() >= kSlot)
+        return out;
+    const std::string_view hay(worked_);
+    std::size_t pos = 0;
+    while ((pos = hay.find(typed, pos)) != std::string_view::npos) {
+        const std::size_t row = pos / kSlot;
+        out.push_back(row);
+        // One line per row: go on with the next slot.
+        pos = (row + 1) * kSlot;
+    }
+    return out;
+}
+
+} // namespace orv

@@ -1,0 +1,177 @@
+#pragma once
+
+#include <array>
+#include <functional>
+#include <optional>
+#include <set>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "core/capture/band_state.h"
+#include "core/i18n/texts.h"
+#include "core/logstore/contest_log.h"
+#include "core/util/ports.h"
+#include "core/util/result.h"
+
+namespace orv {
+
+// The entry row of the main window as `Uebernehmen` reads it. Field names in
+// the comments are the window's controls.
+struct EntryRow {
+    std::string call;       // Text3
+    std::string rst = "59"; // Text4, RSTgeg
+    std::string serial;     // Text5, QSONr; empty: the band's next serial
+    std::string rstNr;      // Text6, RSTerh
+    std::string locator;    // Text7
+    std::string note;       // Text9
+    std::string qsl = "No"; // Text10
+    std::string time;       // Text2
+    std::string date;       // Text1, read only while the date panel is shown
+    bool datePanel = false; // Picture13 visible
+    std::string mode;       // Combo3, transmit mode
+    std::string rxMode;     // Combo2, receive mode
+    std::string prop;       // Combo6
+    std::string op;         // Combo8
+    std::string name;       // CurrentName
+};
+
+// The settings the capture reads.
+struct CaptureConfig {
+    std::string ownLocator;       // MyData MyLocator (Text13)
+    int zeitPlusMinus = 0;        // hours added to the computer's clock
+    std::string mode2St = "SSB";  // mode of two-digit reports
+    std::string mode3St = "CW";   // mode of three-digit reports
+    std::string editMode3 = "CW"; // the second entry of the mode list (correction line)
+    bool antenneKomma = false;
+};
+
+// The duplicate panel `Picture11`: Dup(0) .. Dup(9).
+struct DuplicatePanel {
+    std::array<std::string, 10> dup;
+};
+
+// One row of the worked-on-other-bands grid `MSFlexGrid2`.
+struct WorkedOnBand {
+    int band = 0;
+    std::array<std::string, 8> cells; // band, call, locator, RSTgeg, QSONr, RSTerh, QRB, time
+};
+
+struct CommitResult {
+    enum class Kind { Stored, Refused, Duplicate };
+    Kind kind = Kind::Refused;
+    Failure failure;          // Refused: text number and the field to focus
+    DuplicatePanel duplicate; // Duplicate: the earlier QSO
+    GridRow stored;           // Stored: the new row as the grid shows it
+};
+
+// The correction line: the selected row's fields as the user changed them.
+struct EditRow {
+    std::string call;    // Text33
+    std::string rst;     // Text44
+    std::string rstNr;   // Text66
+    std::string locator; // Text77
+    std::string time;    // Text22
+    std::string date;    // Text14
+    std::string mode;    // Combo4
+    std::string qsl;     // Text101
+    std::string note;    // Text99
+    std::string rxMode;  // Combo5
+    std::string prop;    // Combo7
+    std::string op;      // Combo9
+    std::string qrb;     // Text88
+    std::string name;    // EditName: kept aside and written back
+};
+
+// The QSO capture of one open log: the selected band's state and every
+// routine that changes a QSO. Each change writes the band table and `MyData`
+// in one transaction before the state in memory follows, so the screen never
+// shows what the file does not hold.
+// The capture's settings from the settings file and the log's `MyData`.
+CaptureConfig captureConfigFrom(class Settings& settings, const MyDataRow& myData);
+
+class Capture {
+public:
+    Capture(ContestLog& log, CaptureConfig config, Clock& clock, Dialogs& dialogs,
+            const Texts& texts);
+
+    // Band change: loads the band's rows and its stored totals.
+    void selectBand(int band);
+    int band() const { return state_.band(); }
+    const BandState& state() const { return state_; }
+    const CaptureConfig& config() const { return config_; }
+    void setConfig(CaptureConfig c) { config_ = std::move(c); }
+
+    // Log time: the computer's clock plus `ZeitPlusMinus` hours.
+    DateTime logNow() const;
+
+    // `Uebernehmen`: validates the row in the order of the checks, refuses a
+    // duplicate, stores the QSO with the band's totals in one transaction and
+    // prepares the row for the next QSO. The row is left as it was unless
+    // the QSO was stored.
+    CommitResult Uebernehmen(EntryRow& row);
+    // The row cleared for the next QSO (also F10 / Ctrl+W).
+    static void clearEntry(EntryRow& row);
+
+    // `CallExistTest`: the first live QSO of the call on the selected band,
+    // compared exactly as typed.
+    std::optional<DuplicatePanel> CallExistTest(std::string_view call);
+    // `WorkAlso`: the first row of the call on each other band, if live.
+    std::vector<WorkedOnBand> WorkAlso(std::string_view call);
+    // Worked-before lines of the lookup list for a typed part of a call
+    // (longer than 2 characters); `locatorCalls` filters when the locator
+    // search holds a result.
+    std::vector<std::string> workedBeforeLines(std::string_view typed,
+                                               const std::set<std::string>* locatorCalls) const;
+
+    // `ErrQSO`: asks IText(17), marks the QSO deleted and rebuilds the totals.
+    // Returns false when the user said No or no row has this number.
+    bool ErrQSO(std::int64_t qsoNr);
+    // `MnGrid1KillRetur`: restores the deleted row at grid index `row`;
+    // refused with IText(229) while its call is live on the band.
+    Status restore(std::size_t row);
+    // `UebernehmenEdit`: stores the correction of the row at grid index
+    // `row`. The "mark as DUPE" question IText(21) goes through Dialogs.
+    Status UebernehmenEdit(std::size_t row, const EditRow& edit);
+    // The correction line filled from a grid row (`EditView`).
+    EditRow editView(std::size_t row) const;
+    // `MnLogLoeschen`: two questions, then the band is emptied. True when it
+    // was emptied: the caller shows IText(31) and ends the program.
+    bool MnLogLoeschen();
+
+    // The ODX message box text, or empty when no grid row has `ODXNr`.
+    std::string odxMessage() const;
+    // Distance and bearing of the locator preview while typing: nothing for
+    // a text the preview does not complete or an invalid locator.
+    struct Preview {
+        std::int64_t km = 0;
+        std::string bearing; // "89°"
+    };
+    std::optional<Preview> preview(std::string_view typedLocator) const;
+
+    // Last committed call and locator, for F2.
+    const std::string& lastCall() const { return lastCall_; }
+    const std::string& lastLocator() const { return lastLocator_; }
+
+    // Called after every stored change (the backup after each change).
+    std::function<void()> afterChange;
+
+private:
+    std::optional<QsoRow> rowForCommit(const EntryRow& row, Failure& failure) const;
+    DuplicatePanel panelOf(const QsoRow& q) const;
+    // Live totals from the rows; ODX and ODXNr of `MyData` are replaced only
+    // when the walk found a better one, as the old routine wrote them.
+    BandTotals walkTotals(BandTotals stored, bool alwaysWriteOdx);
+    void updateKmPerQsoAfterRebuild();
+    void changed();
+
+    ContestLog& log_;
+    CaptureConfig config_;
+    Clock& clock_;
+    Dialogs& dialogs_;
+    const Texts& texts_;
+    BandState state_;
+    std::string lastCall_, lastLocator_;
+};
+
+} // namespace orv
