@@ -103,6 +103,8 @@ float GradMitKommastelle(float grad) {
     // A single-precision bearing is seen through its 7 significant digits
     // (89.35f reads "89.35" and gives 89.4, although its binary value lies
     // just below), then rounded half away from zero to one decimal.
+    if (!(std::fabs(grad) < 1e9f))
+        return grad; // no decimals left to round (and no room in the integers below)
     char buf[40];
     auto res = std::to_chars(buf, buf + sizeof buf, static_cast<double>(grad),
                              std::chars_format::scientific, 6);

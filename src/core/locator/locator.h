@@ -62,7 +62,7 @@ float LocQTF(double lat1, double lon1, double lat2, double lon2);
 // Throws LocRechenfehler for exactly antipodal sub-squares.
 LocErgebnis LocBerechnen(std::string& eigener, std::string& anderer);
 
-// The two bearings of the record from LocQTF's value: `Grad` rounds half to
+// The two bearings of the record from LocQTF's value (0..360): `Grad` rounds half to
 // even (89.5 -> 90, 90.5 -> 90); `GradDez` is the value as its 7 significant
 // digits read, rounded half away from zero to one decimal (89.25 -> 89.3).
 std::int16_t GradGerundet(float grad);

@@ -273,6 +273,12 @@ TEST(LocErgebnis, BearingRoundings) {
     }
 }
 
+TEST(LocErgebnis, OneDecimalOfLargeValuesStaysAsItIs) {
+    EXPECT_EQ(GradMitKommastelle(1e20f), 1e20f);
+    EXPECT_EQ(GradMitKommastelle(-2.25f), -2.3f);
+    EXPECT_EQ(GradMitKommastelle(-0.04f), 0.0f);
+}
+
 TEST(LocErgaenzen, PartialEntryBecomesTheCentreOfWhatIsTyped) {
     const std::vector<std::pair<const char*, const char*>> cases = {
         {"JN", "JN45MM"},     {"JN7", "JN75MM"},      {"JN78", "JN78MM"}, {"JN78D", "JN78DM"},
