@@ -294,8 +294,10 @@ std::vector<QsoRow> ContestLog::rowsByCall(int b, std::string_view call) {
 
 std::optional<QsoRow> ContestLog::firstLiveByCall(int b, std::string_view call) {
     const std::string key = text::trim(call);
+    // "+" keeps the planner on CallIndex: ErrQSO = 0 holds for nearly every
+    // row, and its index would walk the whole band.
     auto r =
-        select(b, " WHERE \"Call\" = ?1 AND \"ErrQSO\" = 0" + orderBy(LogIndex::Call) + " LIMIT 1",
+        select(b, " WHERE \"Call\" = ?1 AND +\"ErrQSO\" = 0" + orderBy(LogIndex::Call) + " LIMIT 1",
                [&](sql::Stmt& st) { st.bind(1, key); });
     if (r.empty())
         return std::nullopt;

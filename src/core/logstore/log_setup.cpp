@@ -5,6 +5,7 @@
 #include <optional>
 #include <system_error>
 
+#include "core/locator/locator.h"
 #include "core/settings/settings.h"
 #include "core/util/text.h"
 
@@ -33,13 +34,6 @@ std::optional<std::vector<std::uint32_t>> codePoints(std::string_view s) {
     return out;
 }
 
-// A legal 6-character locator: field A-R, square 0-9, sub-square A-X.
-bool locatorOk(std::string_view l) {
-    auto in = [](char c, char lo, char hi) { return c >= lo && c <= hi; };
-    return l.size() == 6 && in(l[0], 'A', 'R') && in(l[1], 'A', 'R') && in(l[2], '0', '9') &&
-           in(l[3], '0', '9') && in(l[4], 'A', 'X') && in(l[5], 'A', 'X');
-}
-
 } // namespace
 
 Status Testen(const NewLogForm& form) {
@@ -51,7 +45,7 @@ Status Testen(const NewLogForm& form) {
     if (text::length(loc) < 6)
         return refuse(2, "Text2");
     // The field takes upper case as typed; a position needs a legal locator.
-    if (!locatorOk(text::upper(loc)))
+    if (!LocOK(text::upper(loc)))
         return refuse(2, "Text2");
     if (form.startBand.empty())
         return refuse(15, "Combo1");
