@@ -255,11 +255,19 @@ Capture::workedBeforeLines(std::string_view typed,
     const std::string t = text::upper(text::trim(typed));
     if (text::length(t) <= 2)
         return lines;
-    for (std::size_t i : state_.workedMatches(t)) {
+    const std::string& mark = texts_(216);
+    const auto matches = state_.workedMatches(t);
+    lines.reserve(matches.size());
+    for (std::size_t i : matches) {
         const QsoRow& q = state_.rows()[i].qso;
         if (locatorCalls && !locatorCalls->count(q.call))
             continue;
-        lines.push_back(text::padRight(q.call, 13) + q.locator + " " + texts_(216));
+        std::string line = text::padRight(q.call, 13);
+        line.reserve(line.size() + q.locator.size() + 1 + mark.size());
+        line += q.locator;
+        line += ' ';
+        line += mark;
+        lines.push_back(std::move(line));
     }
     return lines;
 }

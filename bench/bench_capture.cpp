@@ -1,0 +1,166 @@
+// The capture against bare SQLite, measured side by side in one run:
+//  - commit of one QSO into a band of 20,000 vs. a bare INSERT + COMMIT with
+//    the same durability settings;
+//  - loading a band of 20,000 vs. a bare SELECT of the rows in QSONr order;
+//  - the worked-before search per key stroke over 20,000 calls.
+#include <benchmark/benchmark.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <memory>
+#include <string>
+
+#include "core/capture/capture.h"
+#include "core/logstore/contest_log.h"
+#include "core/util/sqlite.h"
+
+using namespace orv;
+
+namespace {
+
+constexpr int kRows = 20000;
+constexpr int k144 = 1;
+
+class FixedClock final : public Clock {
+public:
+    DateTime now() const override { return DateTime{2026, 5, 2, 14, 30, 0}; }
+};
+class YesDialogs final : public Dialogs {
+public:
+    Answer ask(const std::string&, Buttons, Icon, Answer) override { return Answer::Yes; }
+    void inform(const std::string&, Icon) override {}
+};
+
+std::filesystem::path tempFolder() {
+    std::string t = (std::filesystem::temp_directory_path() / "orvanta-bench-XXXXXX").string();
+    if (!mkdtemp(t.data()))
+        std::abort();
+    return t;
+}
+
+// A log whose 144 MHz band holds kRows QSOs.
+struct Fixture {
+    std::filesystem::path dir = tempFolder();
+    std::filesystem::path path = dir / "Bench.sqlite";
+    std::unique_ptr<ContestLog> log;
+    FixedClock clock;
+    YesDialogs dialogs;
+    Texts texts;
+
+    Fixture() {
+        log = std::make_unique<ContestLog>(
+            ContestLog::create(path, NewLogData{"OE1ABC", "JN78DF", "Bench", {}}));
+        sql::Transaction tx(log->db());
+        auto st = log->db().prepare(
+            "INSERT INTO \"144MHz\" (Call, Locator, QRG, DatTime, RSTgeg, QSONr, RSTerh, QRB, "
+            "QSL, Notice, Mod, Dupe, Name, ModRX, AusBr, ErrQSO, OPCall) VALUES (?1, 'JN88EF', "
+            "144, '2026-05-02 10:00:00', '59', ?2, '59001', 155, 0, '', 'SSB', 0, '', 'SSB', '', "
+            "0, '')");
+        for (int i = 1; i <= kRows; ++i) {
+            st.bind(1, "K" + std::to_string(i) + "AB").bind(2, i);
+            st.run();
+        }
+        tx.commit();
+        log->writeTotals(k144, BandTotals{155LL * kRows, 155, 1});
+    }
+    ~Fixture() {
+        log.reset();
+        std::filesystem::remove_all(dir);
+    }
+};
+
+void BM_BareInsertCommit(benchmark::State& state) {
+    Fixture f;
+    sql::Db& db = f.log->db();
+    auto st = db.prepare(
+        "INSERT INTO \"144MHz\" (Call, Locator, QRG, DatTime, RSTgeg, QSONr, RSTerh, QRB, QSL, "
+        "Notice, Mod, Dupe, Name, ModRX, AusBr, ErrQSO, OPCall) VALUES (?1, 'JN88EF', 144, "
+        "'2026-05-02 10:00:00', '59', ?2, '59001', 155, 0, '', 'SSB', 0, '', 'SSB', '', 0, '')");
+    int n = kRows;
+    for (auto _ : state) {
+        ++n;
+        sql::Transaction tx(db);
+        st.bind(1, "B" + std::to_string(n)).bind(2, n);
+        st.run();
+        tx.commit();
+    }
+}
+
+void BM_CaptureCommit(benchmark::State& state) {
+    Fixture f;
+    CaptureConfig cfg;
+    cfg.ownLocator = "JN78DF";
+    Capture capture(*f.log, cfg, f.clock, f.dialogs, f.texts);
+    capture.selectBand(k144);
+    int n = 0;
+    for (auto _ : state) {
+        EntryRow r;
+        r.call = "DL" + std::to_string(++n) + "X";
+        r.locator = "JN88EF";
+        r.rstNr = "59001";
+        r.time = "14:30";
+        r.mode = "SSB";
+        if (capture.Uebernehmen(r).kind != CommitResult::Kind::Stored)
+            state.SkipWithError("commit refused");
+    }
+}
+
+struct PlainRow {
+    std::string call, locator, datTime, rstGeg, rstErh, notice, mod, name, modRx, ausBr, opCall;
+    std::int64_t qrg, qsoNr, qrb;
+    bool qsl, dupe, errQso;
+};
+
+void BM_BareSelect(benchmark::State& state) {
+    Fixture f;
+    for (auto _ : state) {
+        std::vector<PlainRow> rows;
+        auto st = f.log->db().prepare("SELECT * FROM \"144MHz\" ORDER BY QSONr");
+        while (st.step())
+            rows.push_back(PlainRow{st.text(0), st.text(1), st.text(3), st.text(4), st.text(6),
+                                    st.text(9), st.text(10), st.text(12), st.text(13), st.text(14),
+                                    st.text(16), st.int64(2), st.int64(5), st.int64(7),
+                                    st.int64(8) != 0, st.int64(11) != 0, st.int64(15) != 0});
+        benchmark::DoNotOptimize(rows.data());
+    }
+}
+
+void BM_LoadBand(benchmark::State& state) {
+    Fixture f;
+    CaptureConfig cfg;
+    cfg.ownLocator = "JN78DF";
+    Capture capture(*f.log, cfg, f.clock, f.dialogs, f.texts);
+    for (auto _ : state) {
+        capture.selectBand(k144);
+        benchmark::DoNotOptimize(capture.state().rows().data());
+    }
+}
+
+void BM_WorkedBeforeKeyStroke(benchmark::State& state) {
+    Fixture f;
+    CaptureConfig cfg;
+    cfg.ownLocator = "JN78DF";
+    Capture capture(*f.log, cfg, f.clock, f.dialogs, f.texts);
+    capture.selectBand(k144);
+    const char* typed[] = {"K19", "K199", "K1999", "K19999", "9AB", "XYZ"};
+    std::size_t i = 0;
+    for (auto _ : state) {
+        auto lines = capture.workedBeforeLines(typed[i++ % 6], nullptr);
+        benchmark::DoNotOptimize(lines.data());
+    }
+}
+
+} // namespace
+
+BENCHMARK(BM_BareInsertCommit)
+    ->Unit(benchmark::kMillisecond)
+    ->Repetitions(5)
+    ->ReportAggregatesOnly();
+BENCHMARK(BM_CaptureCommit)->Unit(benchmark::kMillisecond)->Repetitions(5)->ReportAggregatesOnly();
+BENCHMARK(BM_BareSelect)->Unit(benchmark::kMillisecond)->Repetitions(5)->ReportAggregatesOnly();
+BENCHMARK(BM_LoadBand)->Unit(benchmark::kMillisecond)->Repetitions(5)->ReportAggregatesOnly();
+BENCHMARK(BM_WorkedBeforeKeyStroke)
+    ->Unit(benchmark::kMicrosecond)
+    ->Repetitions(5)
+    ->ReportAggregatesOnly();
+BENCHMARK_MAIN();
