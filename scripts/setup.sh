@@ -17,8 +17,11 @@ packages=(
     qt6-base-dev qt6-multimedia-dev qt6-serialport-dev libqt6opengl6-dev libgl-dev
     libsqlite3-dev libcurl4-openssl-dev
     libgtest-dev libgmock-dev libbenchmark-dev
-    hamradio-files python3 python3-pyftpdlib nodejs npm clang-format
+    hamradio-files python3 python3-pyftpdlib clang-format
 )
+# Node.js may come from elsewhere than Debian; only a missing one is installed.
+command -v node >/dev/null 2>&1 || packages+=(nodejs)
+command -v npm >/dev/null 2>&1 || packages+=(npm)
 
 install_missing() {
     local missing=()
