@@ -8,6 +8,7 @@
 #include <memory>
 #include <numeric>
 #include <system_error>
+#include <thread>
 
 #include "core/util/sqlite.h"
 #include "core/util/text.h"
@@ -44,6 +45,10 @@ std::string_view columnText(sqlite3_stmt* st, int col) {
              : std::string_view{};
 }
 
+struct DbCloser {
+    void operator()(sqlite3* d) const { sqlite3_close(d); }
+};
+
 struct StmtDeleter {
     void operator()(sqlite3_stmt* s) const { sqlite3_finalize(s); }
 };
@@ -59,9 +64,21 @@ QBDatImage QBDatImage::load(const fs::path& dbPath) {
     std::error_code ec;
     if (!fs::exists(dbPath, ec))
         return image;
-    sql::Db db(dbPath.string(), sql::Db::Mode::ReadOnly);
-    if (!db.tableExists(kCallDbTable))
-        return image;
+    {
+        sql::Db check(dbPath.string(), sql::Db::Mode::ReadOnly);
+        if (!check.tableExists(kCallDbTable))
+            return image;
+    }
+    // A connection of its own without SQLite's locks: it lives in this
+    // function only, and each column read would take the lock again.
+    sqlite3* rawDb = nullptr;
+    if (sqlite3_open_v2(dbPath.c_str(), &rawDb, SQLITE_OPEN_READONLY | SQLITE_OPEN_NOMUTEX,
+                        nullptr) != SQLITE_OK) {
+        const std::string msg = rawDb ? sqlite3_errmsg(rawDb) : "cannot open";
+        sqlite3_close(rawDb);
+        throw sql::Error("cannot open " + dbPath.string() + ": " + msg, SQLITE_CANTOPEN);
+    }
+    std::unique_ptr<sqlite3, DbCloser> dbHandle(rawDb);
     // Read in file order and sort here: cheaper than walking the call index
     // with a row look-up for each record.
     const std::string sqlText =
@@ -69,9 +86,18 @@ QBDatImage QBDatImage::load(const fs::path& dbPath) {
         "LastDate FROM " +
         sql::quoteIdent(kCallDbTable);
     sqlite3_stmt* raw = nullptr;
-    if (sqlite3_prepare_v2(db.handle(), sqlText.c_str(), -1, &raw, nullptr) != SQLITE_OK)
-        throw sql::Error(sqlite3_errmsg(db.handle()), sqlite3_errcode(db.handle()));
+    if (sqlite3_prepare_v2(rawDb, sqlText.c_str(), -1, &raw, nullptr) != SQLITE_OK)
+        throw sql::Error(sqlite3_errmsg(rawDb), sqlite3_errcode(rawDb));
     std::unique_ptr<sqlite3_stmt, StmtDeleter> st(raw);
+    {
+        sqlite3_stmt* countRaw = nullptr;
+        const std::string countSql = "SELECT COUNT(*) FROM " + sql::quoteIdent(kCallDbTable);
+        if (sqlite3_prepare_v2(rawDb, countSql.c_str(), -1, &countRaw, nullptr) == SQLITE_OK) {
+            std::unique_ptr<sqlite3_stmt, StmtDeleter> count(countRaw);
+            if (sqlite3_step(countRaw) == SQLITE_ROW)
+                image.entries_.reserve(static_cast<std::size_t>(sqlite3_column_int64(countRaw, 0)));
+        }
+    }
     int rc;
     while ((rc = sqlite3_step(st.get())) == SQLITE_ROW) {
         QBDatEntry& e = image.entries_.emplace_back();
@@ -84,7 +110,7 @@ QBDatImage QBDatImage::load(const fs::path& dbPath) {
             e.lastDate = *d;
     }
     if (rc != SQLITE_DONE)
-        throw sql::Error(sqlite3_errmsg(db.handle()), rc);
+        throw sql::Error(sqlite3_errmsg(rawDb), rc);
     image.buildIndexes();
     return image;
 }
@@ -106,12 +132,54 @@ QBDatImage QBDatImage::fromRecords(const std::vector<CallRecord>& records) {
 }
 
 void QBDatImage::buildIndexes() {
-    std::stable_sort(entries_.begin(), entries_.end(),
-                     [](const QBDatEntry& a, const QBDatEntry& b) {
-                         const int c = std::strcmp(a.call.data(), b.call.data());
-                         return c != 0 ? c < 0 : a.rowid < b.rowid;
-                     });
-    calls_.build(entries_.size(), [this](std::size_t i) { return entries_[i].Call(); });
+    // Sort small keys rather than the records: the call's 16 bytes as two
+    // big-endian numbers order as the text does, and the row breaks ties.
+    struct Key {
+        std::uint64_t hi, lo;
+        std::int64_t rowid;
+        std::uint32_t index;
+    };
+    auto bigEndian = [](const char* p) {
+        std::uint64_t v = 0;
+        for (int i = 0; i < 8; ++i)
+            v = (v << 8) | static_cast<unsigned char>(p[i]);
+        return v;
+    };
+    std::vector<Key> keys(entries_.size());
+    for (std::size_t i = 0; i < entries_.size(); ++i)
+        keys[i] = Key{bigEndian(entries_[i].call.data()), bigEndian(entries_[i].call.data() + 8),
+                      entries_[i].rowid, static_cast<std::uint32_t>(i)};
+    std::sort(keys.begin(), keys.end(), [](const Key& a, const Key& b) {
+        if (a.hi != b.hi)
+            return a.hi < b.hi;
+        if (a.lo != b.lo)
+            return a.lo < b.lo;
+        return a.rowid != b.rowid ? a.rowid < b.rowid : a.index < b.index;
+    });
+    // Put the records in place by following the cycles of the permutation,
+    // so that a million of them need no second copy in memory.
+    std::vector<std::uint32_t> from(keys.size());
+    for (std::size_t i = 0; i < keys.size(); ++i)
+        from[i] = keys[i].index;
+    keys = {};
+    for (std::size_t start = 0; start < from.size(); ++start) {
+        if (from[start] == start)
+            continue;
+        QBDatEntry moving = entries_[start];
+        std::size_t at = start;
+        while (from[at] != start) {
+            const std::size_t next = from[at];
+            entries_[at] = entries_[next];
+            from[at] = static_cast<std::uint32_t>(at);
+            at = next;
+        }
+        entries_[at] = moving;
+        from[at] = static_cast<std::uint32_t>(at);
+    }
+    // The two indexes share nothing: build them side by side.
+    std::jthread callsThread([this] {
+        calls_.build(entries_.size(), [this](std::size_t i) { return entries_[i].Call(); });
+    });
     locs_.build(entries_.size(), [this](std::size_t i) { return entries_[i].Locator(); });
 }
 

@@ -4,32 +4,6 @@
 
 namespace orv {
 
-namespace {
-void sortUnique(std::vector<std::uint32_t>& v) {
-    std::sort(v.begin(), v.end());
-    v.erase(std::unique(v.begin(), v.end()), v.end());
-}
-} // namespace
-
-void GramIndex::grams(std::string_view s, Grams& g) {
-    g.uni.clear();
-    g.bi.clear();
-    g.tri.clear();
-    for (std::size_t i = 0; i < s.size(); ++i) {
-        const std::uint32_t a = symbol(s[i]);
-        g.uni.push_back(a);
-        if (i + 1 < s.size()) {
-            const std::uint32_t b = symbol(s[i + 1]);
-            g.bi.push_back(a * kSymbols + b);
-            if (i + 2 < s.size())
-                g.tri.push_back((a * kSymbols + b) * kSymbols + symbol(s[i + 2]));
-        }
-    }
-    sortUnique(g.uni);
-    sortUnique(g.bi);
-    sortUnique(g.tri);
-}
-
 GramIndex::Plan GramIndex::plan(std::string_view part, std::size_t textCount) const {
     Plan p;
     if (part.empty()) {

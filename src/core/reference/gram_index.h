@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <array>
 #include <cstdint>
 #include <span>
@@ -20,17 +21,46 @@ public:
     template <class TextOf> void build(std::size_t count, TextOf textOf) {
         std::vector<std::uint32_t> biCount(kBi + 1, 0), triCount(kTri + 1, 0);
         uni_.fill(0);
-        Grams g;
+        std::array<std::uint32_t, kSymbols> uniSeen;
+        uniSeen.fill(kNone);
+        std::vector<std::uint32_t> biSeen(kBi, kNone), triSeen(kTri, kNone);
         for (std::size_t i = 0; i < count; ++i) {
-            grams(textOf(i), g);
-            for (auto c : g.uni)
-                ++uni_[c];
-            for (auto c : g.bi)
-                ++biCount[c + 1];
-            for (auto c : g.tri)
-                ++triCount[c + 1];
+            const auto id = static_cast<std::uint32_t>(i);
+            forEachGram(textOf(i), [&](std::uint32_t a, std::uint32_t b, std::uint32_t c, int n) {
+                if (n == 1 && uniSeen[a] != id) {
+                    uniSeen[a] = id;
+                    ++uni_[a];
+                } else if (n == 2 && biSeen[b] != id) {
+                    biSeen[b] = id;
+                    ++biCount[b + 1];
+                } else if (n == 3 && triSeen[c] != id) {
+                    triSeen[c] = id;
+                    ++triCount[c + 1];
+                }
+            });
         }
-        fill(count, textOf, biCount, triCount);
+        for (std::size_t i = 1; i < biCount.size(); ++i)
+            biCount[i] += biCount[i - 1];
+        for (std::size_t i = 1; i < triCount.size(); ++i)
+            triCount[i] += triCount[i - 1];
+        biOffsets_ = biCount;
+        triOffsets_ = triCount;
+        biPostings_.assign(biOffsets_.back(), 0);
+        triPostings_.assign(triOffsets_.back(), 0);
+        std::fill(biSeen.begin(), biSeen.end(), kNone);
+        std::fill(triSeen.begin(), triSeen.end(), kNone);
+        for (std::size_t i = 0; i < count; ++i) {
+            const auto id = static_cast<std::uint32_t>(i);
+            forEachGram(textOf(i), [&](std::uint32_t, std::uint32_t b, std::uint32_t c, int n) {
+                if (n == 2 && biSeen[b] != id) {
+                    biSeen[b] = id;
+                    biPostings_[biCount[b]++] = id;
+                } else if (n == 3 && triSeen[c] != id) {
+                    triSeen[c] = id;
+                    triPostings_[triCount[c]++] = id;
+                }
+            });
+        }
     }
 
     // How the candidates of one typed part are found.
@@ -69,31 +99,22 @@ private:
         return kOther;
     }
 
-    struct Grams {
-        std::vector<std::uint32_t> uni, bi, tri;
-    };
-    // The distinct grams of one text, so a text counts once per gram.
-    static void grams(std::string_view s, Grams& g);
+    static constexpr std::uint32_t kNone = 0xFFFFFFFFu;
 
-    template <class TextOf>
-    void fill(std::size_t count, TextOf textOf, std::vector<std::uint32_t>& biCount,
-              std::vector<std::uint32_t>& triCount) {
-        for (std::size_t i = 1; i < biCount.size(); ++i)
-            biCount[i] += biCount[i - 1];
-        for (std::size_t i = 1; i < triCount.size(); ++i)
-            triCount[i] += triCount[i - 1];
-        biOffsets_ = biCount;
-        triOffsets_ = triCount;
-        biPostings_.assign(biOffsets_.back(), 0);
-        triPostings_.assign(triOffsets_.back(), 0);
-        Grams g;
-        for (std::size_t i = 0; i < count; ++i) {
-            grams(textOf(i), g);
-            const auto id = static_cast<std::uint32_t>(i);
-            for (auto c : g.bi)
-                biPostings_[biCount[c]++] = id;
-            for (auto c : g.tri)
-                triPostings_[triCount[c]++] = id;
+    // Calls f(symbol, pair code, triple code, n) for each single character
+    // (n = 1), pair (n = 2) and triple (n = 3) of the text. A text counts once
+    // per gram: the builder remembers the last text that added each gram.
+    template <class F> static void forEachGram(std::string_view s, F f) {
+        std::uint32_t a = 0, b = 0;
+        for (std::size_t i = 0; i < s.size(); ++i) {
+            const std::uint32_t c = symbol(s[i]);
+            f(c, 0, 0, 1);
+            if (i >= 1)
+                f(0, b * kSymbols + c, 0, 2);
+            if (i >= 2)
+                f(0, 0, (a * kSymbols + b) * kSymbols + c, 3);
+            a = b;
+            b = c;
         }
     }
 
