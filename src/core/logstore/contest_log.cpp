@@ -138,19 +138,28 @@ ContestLog ContestLog::create(const std::filesystem::path& path, const NewLogDat
     const std::filesystem::path building =
         path.parent_path() / (".new-log-" + std::to_string(::getpid()) + ".tmp");
     removeLogFile(building);
-    {
-        // Nobody else sees this file until it is complete, so it is built
-        // without a sync per table and synced once at the end.
-        sql::Db db(building.string());
-        db.exec("PRAGMA journal_mode=MEMORY");
-        db.exec("PRAGMA synchronous=OFF");
-        NewQbLogBD(db);
-        sql::Transaction tx(db);
-        insertMyDataRow(db, data);
-        tx.commit();
+    try {
+        {
+            // Nobody else sees this file until it is complete, so it is built
+            // without a sync per table and synced once at the end.
+            sql::Db db(building.string());
+            db.exec("PRAGMA journal_mode=MEMORY");
+            db.exec("PRAGMA synchronous=OFF");
+            NewQbLogBD(db);
+            sql::Transaction tx(db);
+            insertMyDataRow(db, data);
+            tx.commit();
+        }
+        syncPath(building, false);
+        // Journal files without their log belong to no database; beside the
+        // new file they would be taken for its own.
+        removeLogFile(path);
+        std::filesystem::rename(building, path);
+    } catch (...) {
+        std::error_code ignored;
+        std::filesystem::remove(building, ignored);
+        throw;
     }
-    syncPath(building, false);
-    std::filesystem::rename(building, path);
     syncPath(path.parent_path().empty() ? "." : path.parent_path(), true);
     sql::Db db(path.string(), sql::Db::Mode::ReadWrite);
     db.setDurable();

@@ -83,6 +83,18 @@ TEST(ContestLog, CreateWritesTheMyDataRowWithNullTotals) {
     EXPECT_THROW(ContestLog::create(path, station()), std::runtime_error);
 }
 
+TEST(ContestLog, AFailedCreationLeavesNoFileBehind) {
+    test::TempDir dir;
+    NewLogData bad = station();
+    bad.zaehl[4] = 40000; // a weight is 16 bit
+    EXPECT_THROW(ContestLog::create(dir / "Bad.sqlite", bad), sql::Error);
+    EXPECT_TRUE(std::filesystem::is_empty(dir.path()));
+    // A stale journal of a log that is gone does not find its way into a new one.
+    test::writeFile(dir / "Bad.sqlite-wal", "stale");
+    auto log = ContestLog::create(dir / "Bad.sqlite", station());
+    EXPECT_EQ(log.myData().myCall, "DL1ABC");
+}
+
 TEST(ContestLog, StorageIsDurable) {
     test::TempDir dir;
     auto log = ContestLog::create(dir / "Test.sqlite", station());
