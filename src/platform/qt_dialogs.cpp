@@ -1,6 +1,7 @@
 #include "platform/qt_dialogs.h"
 
 #include <QApplication>
+#include <QInputDialog>
 #include <QMessageBox>
 
 namespace orv::platform {
@@ -8,6 +9,7 @@ namespace {
 
 struct Hook {
     std::deque<Answer> answers;
+    std::deque<std::optional<std::string>> inputs;
     std::deque<std::string> recorded;
     bool recording = false;
 };
@@ -51,9 +53,15 @@ QMessageBox::StandardButton toQt(Answer a) {
 
 } // namespace
 
-void QtDialogs::queueAnswer(Answer a) { hook().answers.push_back(a); }
-void QtDialogs::setRecording(bool on) { hook().recording = on; }
-std::deque<std::string>& QtDialogs::recorded() { return hook().recorded; }
+void QtDialogs::queueAnswer(Answer a) {
+    hook().answers.push_back(a);
+}
+void QtDialogs::setRecording(bool on) {
+    hook().recording = on;
+}
+std::deque<std::string>& QtDialogs::recorded() {
+    return hook().recorded;
+}
 
 Answer QtDialogs::ask(const std::string& text, Buttons buttons, Icon icon, Answer defaultAnswer) {
     if (!hook().answers.empty() || hook().recording) {
@@ -108,6 +116,31 @@ void QtDialogs::inform(const std::string& text, Icon icon) {
     box.exec();
 }
 
-void QtBeeper::beep() { QApplication::beep(); }
+void QtDialogs::queueInput(std::optional<std::string> answer) {
+    hook().inputs.push_back(std::move(answer));
+}
+
+std::optional<std::string> QtDialogs::input(QWidget* parent, const std::string& prompt,
+                                            const std::string& title, const std::string& proposal) {
+    if (!hook().inputs.empty() || hook().recording) {
+        hook().recorded.push_back(prompt);
+        if (hook().inputs.empty())
+            return std::nullopt;
+        auto a = hook().inputs.front();
+        hook().inputs.pop_front();
+        return a;
+    }
+    bool ok = false;
+    const QString text =
+        QInputDialog::getText(parent, QString::fromStdString(title), QString::fromStdString(prompt),
+                              QLineEdit::Normal, QString::fromStdString(proposal), &ok);
+    if (!ok)
+        return std::nullopt;
+    return text.toStdString();
+}
+
+void QtBeeper::beep() {
+    QApplication::beep();
+}
 
 } // namespace orv::platform

@@ -2,6 +2,7 @@
 
 #include <deque>
 #include <functional>
+#include <optional>
 #include <string>
 
 #include "core/util/ports.h"
@@ -23,6 +24,12 @@ public:
     static void queueAnswer(Answer a);
     static void setRecording(bool on);
     static std::deque<std::string>& recorded();
+
+    // An input box: the typed text, or nothing on Cancel. Tests queue the
+    // answers (nothing = Cancel); the prompt is recorded like a question.
+    static std::optional<std::string> input(QWidget* parent, const std::string& prompt,
+                                            const std::string& title, const std::string& proposal);
+    static void queueInput(std::optional<std::string> answer);
 
 private:
     QWidget* parent_;

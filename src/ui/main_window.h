@@ -1,13 +1,217 @@
 #pragma once
 
+#include <QColor>
 #include <QMainWindow>
+#include <QStringList>
+#include <array>
+#include <functional>
+#include <optional>
+
+#include "core/capture/rate_meter.h"
+
+class QAction;
+class QActionGroup;
+class QComboBox;
+class QFrame;
+class QGroupBox;
+class QLabel;
+class QLineEdit;
+class QListWidget;
+class QMenu;
+class QPushButton;
+class QTableView;
+class QTableWidget;
+class QTimer;
+class QWidget;
+
+namespace orv {
+class Beeper;
+class Clock;
+class Texts;
+} // namespace orv
 
 namespace orv::ui {
 
+class LogGridModel;
+
+// The four colours of the entry row, as the options store them.
+struct FieldColours {
+    QColor aktiv{255, 192, 128};
+    QColor inAktiv{224, 224, 224};
+    QColor noEdit{224, 224, 224};
+    QColor bereitsQso{224, 224, 224};
+};
+
+// The band's running numbers as the statistics frame shows them. Core
+// computes them; the window only writes them into its labels.
+struct BandFigures {
+    long long lastQsoNr = 0;
+    long long pGesamt = 0;
+    QString kmPerQso = "0";
+    long long odx = 0;
+    long long squares = 0;
+    long long deleted = 0;
+};
+
+// The main window `Form1`: the entry row, the band buttons, the log grid and
+// the panels around them. It turns keys into calls of the hooks below and
+// shows what it is given; the rules of the program stay in core.
 class MainWindow : public QMainWindow {
     Q_OBJECT
 public:
-    explicit MainWindow(QWidget* parent = nullptr);
+    MainWindow(Texts& texts, Clock& clock, Beeper& beeper, QWidget* parent = nullptr);
+    ~MainWindow() override;
+
+    // `Beschriften`: captions of menus, labels and buttons from the table.
+    void Beschriften();
+    // `Grid1Set` and `Grid2Set`: headers and widths of the grids.
+    void Grid1Set();
+    void Grid2Set();
+
+    // Lists from the settings file.
+    void setLanguages(const QStringList& files, const QString& current);
+    void setOperators(const QStringList& calls, const QString& current);
+    void setModes(const QStringList& modes);
+    void setPropagations(const QStringList& entries, const QString& current);
+    void setFieldColours(const FieldColours& colours);
+    void setTimeEditable(bool editable);
+    bool timeEditable() const;
+    void setZeitPlusMinus(int hours) { zeitPlusMinus_ = hours; }
+    void setModeSwitch(bool on, const QString& mode2St, const QString& mode3St);
+    void setOwnStation(const QString& call, const QString& locator);
+    void setLast(const QString& call, const QString& locator);
+    void setCurrentMode(const QString& mode);
+
+    // Band selection: the band box `Combo1` and its ten buttons.
+    void selectBand(int index);
+    int currentBand() const;
+    void setBandHasQsos(int index, bool has);
+    bool bandHasQsos(int index) const;
+
+    void setBandFigures(const BandFigures& f);
+    void setRate(const std::optional<RateReading>& reading);
+    void setNextSerial(const QString& serial);
+    // `Label13`, the one message line of the window.
+    void showStatus(const QString& text);
+    QString currentName() const { return currentName_; }
+    void setCurrentName(const QString& name) { currentName_ = name; }
+
+    // Clears the entry line (F10, Ctrl+W).
+    void clearEntryLine();
+    // One tick of `Timer1`: the log time into `Text2`.
+    void tickClock();
+    bool clockRunning() const;
+    bool editLineOpen() const;
+
+    LogGridModel& logGrid() { return *gridModel_; }
+
+    // Enter in a field of the entry row. Bound to the commit of the capture
+    // core by the program; until then Enter commits nothing.
+    std::function<void()> onCommit;
+    // Ctrl+L, a click on the squares, and F11 on the duplicate panel.
+    std::function<void()> onSquareWindow;
+    std::function<void()> onResolveDuplicate;
+
+signals:
+    void bandChanged(int index);
+    void languageChosen(const QString& caption);
+    void timeEditToggled(bool editable);
+    void loadLogRequested();
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
+    void closeEvent(QCloseEvent* event) override;
+
+private:
+    void buildMenus();
+    void buildCentral();
+    QWidget* buildBandBar();
+    QWidget* buildEntryRow();
+    QWidget* buildCorrectionLine();
+    QWidget* buildSidePanel();
+    QWidget* buildPanels();
+    void wireFields();
+    void paintBandButtons();
+    void colourField(QWidget* field, bool focused);
+    void focusField(QWidget* field, bool selectAll);
+
+    // Keyboard flow (main_window_keys.cpp).
+    bool windowKey(QKeyEvent* e);
+    bool fieldKey(QWidget* field, QKeyEvent* e);
+    bool spaceWalk(QWidget* field, bool back);
+    bool isCommitField(QWidget* field) const;
+    void commitFrom(QWidget* field);
+    void normaliseTimeField();
+    void applyModeSwitch();
+    void stepBand(int delta);
+
+    Texts& texts_;
+    Clock& clock_;
+    Beeper& beeper_;
+    FieldColours colours_;
+    int zeitPlusMinus_ = 0;
+    bool modeSwitch_ = false;
+    bool modeSwitching_ = false;
+    QString mode2St_ = "SSB";
+    QString mode3St_ = "CW";
+    QString currentName_;
+    QString lastCall_;
+    QString lastLocator_;
+    std::array<bool, 10> bandHasQsos_{};
+
+    // Menus.
+    QMenu* languageMenu_ = nullptr;
+    QActionGroup* languageGroup_ = nullptr;
+    QAction* timeEditAction_ = nullptr;
+    QAction* timeDateEditAction_ = nullptr;
+
+    // Band selection.
+    QComboBox* bandBox_ = nullptr;
+    std::array<QPushButton*, 10> bandButtons_{};
+
+    // Own station.
+    QLineEdit* ownCall_ = nullptr;
+    QLineEdit* ownLocator_ = nullptr;
+
+    // Entry row `Picture3`.
+    QWidget* entryRow_ = nullptr;
+    QWidget* datePanel_ = nullptr;
+    QLineEdit* time_ = nullptr;
+    QLineEdit* date_ = nullptr;
+    QLineEdit* call_ = nullptr;
+    QLineEdit* rstSent_ = nullptr;
+    QLineEdit* serialSent_ = nullptr;
+    QLineEdit* rstReceived_ = nullptr;
+    QLineEdit* locator_ = nullptr;
+    QLineEdit* qrb_ = nullptr;
+    QLineEdit* qtf_ = nullptr;
+    QLineEdit* notice_ = nullptr;
+    QLineEdit* qsl_ = nullptr;
+    QComboBox* modeTx_ = nullptr;
+    QComboBox* modeRx_ = nullptr;
+    QComboBox* propagation_ = nullptr;
+    QComboBox* operator_ = nullptr;
+    QLabel* status_ = nullptr;
+
+    // Correction line `Picture33`.
+    QWidget* correctionLine_ = nullptr;
+    QLineEdit* editTime_ = nullptr;
+    QLineEdit* editQsl_ = nullptr;
+
+    // Log grid and side panels.
+    LogGridModel* gridModel_ = nullptr;
+    QTableView* grid_ = nullptr;
+    QGroupBox* statistics_ = nullptr;
+    QLabel* rate_ = nullptr;
+    QListWidget* lookupList_ = nullptr;
+    QWidget* duplicatePanel_ = nullptr;
+    std::array<QLabel*, 10> dupLabels_{};
+    QGroupBox* workedElsewhere_ = nullptr;
+    QTableWidget* workedGrid_ = nullptr;
+    QGroupBox* comparison_ = nullptr;
+    QTableWidget* comparisonGrid_ = nullptr;
+
+    QTimer* timer1_ = nullptr;
 };
 
 } // namespace orv::ui

@@ -1,0 +1,112 @@
+#include "ui/log_grid_model.h"
+
+#include <QBrush>
+#include <QColor>
+
+#include "core/i18n/texts.h"
+
+namespace orv::ui {
+namespace {
+
+constexpr int kTwips[LogGridModel::kColumns] = {1780, 1000, 580, 580,  900, 700, 1000, 700, 750,
+                                                750,  700,  700, 1600, 900, 700, 520,  0,   1000};
+
+Qt::Alignment alignment(int column) {
+    switch (column) {
+    case LogGridModel::Call:
+    case LogGridModel::Qsl:
+        return Qt::AlignLeft | Qt::AlignVCenter;
+    case LogGridModel::Qrb:
+        return Qt::AlignRight | Qt::AlignVCenter;
+    case LogGridModel::Notice:
+    case LogGridModel::Name:
+    case LogGridModel::Propagation:
+    case LogGridModel::Deleted:
+    case LogGridModel::Operator:
+        return Qt::AlignLeft | Qt::AlignVCenter;
+    default:
+        return Qt::AlignCenter;
+    }
+}
+
+} // namespace
+
+LogGridModel::LogGridModel(QObject* parent) : QAbstractTableModel(parent) {
+    for (int c = 0; c < kColumns; ++c)
+        headers_ << QString();
+}
+
+void LogGridModel::Grid1Set(const Texts& texts) {
+    auto t = [&](int n) { return QString::fromStdString(texts(n)); };
+    // Columns 9 and 10 stand crossed against their fields: `Mod` under
+    // "RXMod" and `ModRX` under "TXMod", as every reader of the grid expects.
+    headers_ = {t(151), t(155), t(152), t(153), t(152) + t(153), t(156), t(159), t(150),    t(173),
+                t(161), t(160), t(157), t(158), t(206),          t(22),  t(176), QString(), t(209)};
+    emit headerDataChanged(Qt::Horizontal, 0, kColumns - 1);
+}
+
+int LogGridModel::columnTwips(int column) {
+    return column >= 0 && column < kColumns ? kTwips[column] : 0;
+}
+
+void LogGridModel::setRows(std::vector<Row> rows) {
+    beginResetModel();
+    rows_ = std::move(rows);
+    endResetModel();
+}
+
+void LogGridModel::appendRow(Row row) {
+    const int at = static_cast<int>(rows_.size());
+    beginInsertRows({}, at, at);
+    rows_.push_back(std::move(row));
+    endInsertRows();
+}
+
+void LogGridModel::updateRow(int r, Row cells) {
+    rows_.at(static_cast<std::size_t>(r)) = std::move(cells);
+    emit dataChanged(index(r, 0), index(r, kColumns - 1));
+}
+
+bool LogGridModel::isDeleted(int r) const {
+    const QString& flag = row(r)[Deleted];
+    return flag.compare("True", Qt::CaseInsensitive) == 0 || flag == "1" || flag == "-1";
+}
+
+int LogGridModel::rowCount(const QModelIndex& parent) const {
+    return parent.isValid() ? 0 : static_cast<int>(rows_.size());
+}
+
+int LogGridModel::columnCount(const QModelIndex& parent) const {
+    return parent.isValid() ? 0 : kColumns;
+}
+
+QVariant LogGridModel::data(const QModelIndex& index, int role) const {
+    if (!index.isValid() || index.row() >= rowCount())
+        return {};
+    switch (role) {
+    case Qt::DisplayRole:
+        return row(index.row())[static_cast<std::size_t>(index.column())];
+    case Qt::TextAlignmentRole:
+        return QVariant::fromValue(alignment(index.column()));
+    case Qt::BackgroundRole:
+        // A deleted QSO keeps its call readable and paints the rest red.
+        if (index.column() >= 1 && isDeleted(index.row()))
+            return QBrush(QColor(255, 0, 0));
+        return {};
+    default:
+        return {};
+    }
+}
+
+QVariant LogGridModel::headerData(int section, Qt::Orientation o, int role) const {
+    if (o != Qt::Horizontal || section < 0 || section >= kColumns)
+        return QAbstractTableModel::headerData(section, o, role);
+    if (role == Qt::DisplayRole)
+        return headers_[section];
+    if (role == Qt::TextAlignmentRole)
+        return QVariant::fromValue(section < 8 ? Qt::Alignment(Qt::AlignCenter)
+                                               : alignment(section));
+    return {};
+}
+
+} // namespace orv::ui

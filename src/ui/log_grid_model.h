@@ -1,0 +1,67 @@
+#pragma once
+
+#include <QAbstractTableModel>
+#include <QStringList>
+#include <array>
+#include <vector>
+
+namespace orv {
+class Texts;
+}
+
+namespace orv::ui {
+
+// The band's log as the grid `MSFlexGrid1` shows it: one header row and 18
+// columns. The model only holds cells; which rows stand here, and what they
+// say, is decided by the band state of the capture core.
+class LogGridModel final : public QAbstractTableModel {
+    Q_OBJECT
+public:
+    static constexpr int kColumns = 18;
+    // Columns that other code reads back by position.
+    enum Column {
+        Call = 0,
+        Locator = 1,
+        RstSent = 2,
+        Number = 3,
+        RstReceived = 4,
+        Qrb = 5,
+        Date = 6,
+        Time = 7,
+        Band = 8,
+        ModeRx = 9,
+        ModeTx = 10,
+        Qsl = 11,
+        Notice = 12,
+        Qtf = 13,
+        Name = 14,
+        Propagation = 15,
+        Deleted = 16,
+        Operator = 17,
+    };
+    using Row = std::array<QString, kColumns>;
+
+    explicit LogGridModel(QObject* parent = nullptr);
+
+    // `Grid1Set`: the headers from the language table.
+    void Grid1Set(const Texts& texts);
+    // Widths in twips, as the grid was laid out; the view scales them.
+    static int columnTwips(int column);
+
+    void setRows(std::vector<Row> rows);
+    void appendRow(Row row);
+    void updateRow(int row, Row cells);
+    const Row& row(int r) const { return rows_.at(static_cast<std::size_t>(r)); }
+    bool isDeleted(int r) const;
+
+    int rowCount(const QModelIndex& parent = {}) const override;
+    int columnCount(const QModelIndex& parent = {}) const override;
+    QVariant data(const QModelIndex& index, int role) const override;
+    QVariant headerData(int section, Qt::Orientation o, int role) const override;
+
+private:
+    std::vector<Row> rows_;
+    QStringList headers_;
+};
+
+} // namespace orv::ui
