@@ -1,9 +1,14 @@
 // Reference data from the command line: the country list and the call
 // database.
+#include <cstdio>
 #include <limits>
+#include <set>
 
 #include "cli/cli.h"
+#include "cli/log_access.h"
+#include "core/capture/capture.h"
 #include "core/reference/call_db.h"
+#include "core/reference/call_db_merge.h"
 #include "core/reference/call_image.h"
 #include "core/reference/country_download.h"
 #include "core/reference/country_list.h"
@@ -93,11 +98,107 @@ int runLookup(Context& ctx, const Args& args) {
             return ctx.fail(225, kRefused, "--max " + *max);
         q.maxRecords = static_cast<std::size_t>(text::leadingInt(*max));
     }
+    // The worked-before lines of a log's band follow the database's lines.
+    int code = kOk;
+    std::optional<OpenedLog> opened;
+    std::optional<int> band;
+    if (auto logName = args.get("log")) {
+        if (!(band = bandOption(ctx, args, code)) || !(opened = openNamedLog(ctx, *logName, code)))
+            return code;
+    }
     const auto image = QBDatImage::load(ctx.paths.callDbPath());
     const auto r = image.search(q);
     for (auto n : r.records)
         ctx.out << image.WriteInList(n) << "\n";
+    if (opened) {
+        Settings settings{IniFile(ctx.paths.iniPath())};
+        FixedDialogs dialogs(Answer::No);
+        Capture capture(opened->log, captureConfigFrom(settings, opened->log.myData()), ctx.clock,
+                        dialogs, ctx.texts);
+        capture.selectBand(*band);
+        // With a locator part, only calls that the locator search found.
+        std::optional<std::set<std::string>> locatorCalls;
+        if (!text::trim(q.locatorPart).empty()) {
+            CallSearch all = q;
+            all.maxRecords = std::numeric_limits<std::size_t>::max();
+            locatorCalls.emplace();
+            for (auto n : image.search(all).records)
+                locatorCalls->emplace(image.record(n).Call());
+        }
+        for (const auto& line :
+             capture.workedBeforeLines(q.callPart, locatorCalls ? &*locatorCalls : nullptr))
+            ctx.out << line << "\n";
+    }
     ctx.out << "# found=" << r.found << "\n";
+    return kOk;
+}
+
+int runMerge(Context& ctx, const Args& args) {
+    int code = kOk;
+    const auto name = positional(ctx, args, 0, "log name", code);
+    if (!name)
+        return code;
+    auto opened = openNamedLog(ctx, *name, code);
+    if (!opened)
+        return code;
+    const auto m = DBAktual(ctx.paths, opened->log, *name);
+    ctx.out << "qsos=" << m.qsos << " added=" << m.added << " skipped=" << m.skipped << " bands=";
+    for (std::size_t i = 0; i < m.bandsMerged.size(); ++i)
+        ctx.out << (i ? "," : "") << band(m.bandsMerged[i]).boxText;
+    ctx.out << " already=";
+    for (std::size_t i = 0; i < m.bandsAlreadyMerged.size(); ++i)
+        ctx.out << (i ? "," : "") << band(m.bandsAlreadyMerged[i]).boxText;
+    ctx.out << "\n";
+    return kOk;
+}
+
+// The comparison grid as text: per group a separator line "--" (from the
+// second group on), the QSO row, then its records; 14 tab-separated cells as
+// the grid's columns.
+int runCompare(Context& ctx, const Args& args) {
+    int code = kOk;
+    const auto name = positional(ctx, args, 0, "log name", code);
+    if (!name)
+        return code;
+    const auto b = bandOption(ctx, args, code);
+    if (!b)
+        return code;
+    const std::string by = text::lower(args.getOr("by", "call"));
+    if (by != "call" && by != "locator")
+        return ctx.fail(225, kRefused, "--by " + by);
+    auto opened = openNamedLog(ctx, *name, code);
+    if (!opened)
+        return code;
+    const auto image = QBDatImage::load(ctx.paths.callDbPath());
+    const auto groups =
+        compareWithCallDb(image, opened->log.rows(*b), *b, MindestZahl(ctx.paths, *name, *b),
+                          by == "call" ? CompareBy::Call : CompareBy::Locator);
+    if (groups.empty()) {
+        ctx.out << ctx.texts(281) << "\n";
+        return kOk;
+    }
+    auto date = [](const DateTime& d) {
+        char buf[32];
+        std::snprintf(buf, sizeof buf, "%02d.%02d.%04d", d.day, d.month, d.year);
+        return std::string(buf);
+    };
+    bool first = true;
+    for (const auto& g : groups) {
+        if (!first)
+            ctx.out << "--\n";
+        first = false;
+        ctx.out << g.qso.qsoNr << "\t" << g.qso.call << "\t" << g.qso.locator;
+        for (int c = 0; c < kBandCount; ++c)
+            ctx.out << "\t" << (c == *b ? "***" : "");
+        ctx.out << "\t" << date(g.qso.datTime) << " " << g.qso.datTime.timeHM() << "\n";
+        for (auto n : g.records) {
+            const QBDatEntry& e = image.record(n);
+            ctx.out << "\t" << e.Call() << "\t" << e.Locator();
+            for (auto v : e.counters)
+                ctx.out << "\t" << v;
+            ctx.out << "\t" << (e.lastDate.year >= 1900 ? date(e.lastDate) : "") << "\n";
+        }
+    }
     return kOk;
 }
 
@@ -126,11 +227,22 @@ const bool registered =
     registerCommand(
         {"calldb-new", "", "replace the call database with a new empty one", {}, &runCallDbNew}) &&
     registerCommand({"lookup",
-                     "[--call PART] [--locator PART] [--max N]",
-                     "search the call database as the entry row does: list lines, then "
-                     "'# found=N'",
+                     "[--call PART] [--locator PART] [--max N] [--log LOG --band BAND]",
+                     "search the call database as the entry row does: list lines, the "
+                     "worked-before lines of the log's band, then '# found=N'",
                      {},
-                     &runLookup});
+                     &runLookup}) &&
+    registerCommand({"calldb-merge",
+                     "LOG",
+                     "count the live QSOs of each band of the log not yet merged into the call "
+                     "database",
+                     {},
+                     &runMerge}) &&
+    registerCommand({"compare",
+                     "LOG --band BAND [--by call|locator]",
+                     "compare the band's QSOs with the call database and list the doubtful ones",
+                     {},
+                     &runCompare});
 
 } // namespace
 } // namespace orv::cli

@@ -201,3 +201,69 @@ TEST(ReferenceTool, CallDbImportAndLookup) {
     EXPECT_NE(bad.err.find("Ungültige Datei"), std::string::npos);
     EXPECT_NE(bad.err.find("line 2"), std::string::npos);
 }
+
+namespace {
+std::vector<std::string> linesOf(const std::string& s) {
+    std::vector<std::string> out;
+    std::istringstream in(s);
+    for (std::string l; std::getline(in, l);)
+        out.push_back(l);
+    return out;
+}
+} // namespace
+
+TEST(ReferenceTool, MergeCompareAndWorkedBefore) {
+    test::TempDir home;
+    const std::string h = home.path().string();
+    ASSERT_EQ(test::runTool({"--home", h, "new-log", "FD", "--call", "DK0XX", "--locator", "JO40AA",
+                             "--weights", "1,1,1,1,1,1,1,1,1,1", "--contest", "FD"})
+                  .status,
+              0);
+    test::writeFile(home / "l.txt", "DL1ABC JO31AB\nOE1ABC/P JN88EE\nOE1ABCD JN88EE\n");
+    ASSERT_EQ(test::runTool({"--home", h, "calldb-import", (home / "l.txt").string()}).status, 0);
+    const char* qsos[][3] = {
+        {"DL1ABC", "JO31AB", "59001"}, {"OE1ABC", "JN88EE", "59002"}, {"ZZ9ZZ", "JO00AA", "59003"}};
+    for (auto& q : qsos)
+        ASSERT_EQ(test::runTool({"--home", h, "add", "FD", "--band", "144", "--call", q[0], "--rst",
+                                 "59", "--rcvd", q[2], "--locator", q[1], "--date", "2026-06-06",
+                                 "--time", "14:00"})
+                      .status,
+                  0);
+
+    // Before the merge no record has a QSO on 2 m: every QSO is in doubt;
+    // OE1ABC finds its portable form and not OE1ABCD.
+    auto before = test::runTool({"--home", h, "compare", "FD", "--band", "144"});
+    ASSERT_EQ(before.status, 0) << before.err;
+    auto b = linesOf(before.out);
+    ASSERT_EQ(b.size(), 7u);
+    EXPECT_EQ(b[0], "1\tDL1ABC\tJO31AB\t\t***\t\t\t\t\t\t\t\t\t06.06.2026 14:00");
+    EXPECT_EQ(b[1], "\tDL1ABC\tJO31AB\t0\t0\t0\t0\t0\t0\t0\t0\t0\t0\t");
+    EXPECT_EQ(b[2], "--");
+    EXPECT_EQ(b[4], "\tOE1ABC/P\tJN88EE\t0\t0\t0\t0\t0\t0\t0\t0\t0\t0\t");
+    EXPECT_EQ(b[6].substr(0, 9), "3\tZZ9ZZ\tJ");
+
+    auto merge = test::runTool({"--home", h, "calldb-merge", "FD"});
+    EXPECT_EQ(merge.out, "qsos=3 added=2 skipped=0 bands=144 already=\n");
+    auto again = test::runTool({"--home", h, "calldb-merge", "FD"});
+    EXPECT_EQ(again.out, "qsos=0 added=0 skipped=0 bands= already=144\n");
+
+    // Merged: each call is known once from this very log, and 2 are needed.
+    auto after = test::runTool({"--home", h, "compare", "FD", "--band", "144"});
+    auto a = linesOf(after.out);
+    ASSERT_EQ(a.size(), 9u);
+    EXPECT_EQ(a[1], "\tDL1ABC\tJO31AB\t0\t1\t0\t0\t0\t0\t0\t0\t0\t0\t06.06.2026");
+    // Another band without QSOs has nothing in doubt.
+    auto other = test::runTool({"--home", h, "compare", "FD", "--band", "432", "--by", "locator"});
+    EXPECT_EQ(other.out, "Keine Unklarheiten gefunden\n");
+    EXPECT_EQ(test::runTool({"--home", h, "compare", "FD", "--band", "145"}).status, 2);
+    EXPECT_EQ(test::runTool({"--home", h, "compare", "NOLOG", "--band", "144"}).status, 2);
+
+    // The lookup with the band's worked-before lines behind the database's.
+    auto look = test::runTool({"--home", h, "lookup", "--call", "ABC", "--locator", "JN", "--log",
+                               "FD", "--band", "144"});
+    auto l = linesOf(look.out);
+    ASSERT_EQ(l.size(), 5u);
+    EXPECT_EQ(l[0], "OE1ABC       JN88EE   0   1   0   0   0   0   0   0   0   0 06.06.2026");
+    EXPECT_EQ(l[3], "OE1ABC       JN88EE ***** BEREITS GEARBEITET *****");
+    EXPECT_EQ(l[4], "# found=3");
+}
