@@ -1,0 +1,242 @@
+#include "core/submission/evaluation.h"
+
+#include <algorithm>
+#include <charconv>
+#include <optional>
+
+#include "core/logstore/contest_log.h"
+#include "core/reference/country_list.h"
+#include "core/util/sqlite.h"
+#include "core/util/text.h"
+
+namespace orv {
+namespace {
+
+// A plain substring search as the lists are kept. An empty list holds
+// nothing, not even the empty piece, so the first empty locator is counted.
+bool listHolds(const std::string& list, const std::string& piece) {
+    return !list.empty() && list.find(piece) != std::string::npos;
+}
+
+EvalCells cellsOf(const QsoRow& q, std::int64_t multiplier) {
+    return EvalCells{std::to_string(q.qsoNr),
+                     q.datTime.dateIso(),
+                     q.datTime.timeHM(),
+                     std::to_string(q.qrg),
+                     text::upper(q.call),
+                     q.locator,
+                     q.rstGeg,
+                     q.rstErh,
+                     std::to_string(q.qrb * multiplier),
+                     q.mod,
+                     q.modRx,
+                     q.qsl ? "Yes" : "No",
+                     q.name,
+                     q.notice,
+                     (q.dupe && !q.errQso) ? "DUPE" : "",
+                     q.ausBr,
+                     q.errQso ? "True" : "False",
+                     q.opCall};
+}
+
+void countCountry(Evaluation& ev, const std::string& country) {
+    for (auto& c : ev.countries)
+        if (c.country == country) {
+            ++c.qsos;
+            return;
+        }
+    ev.countries.push_back(CountryCount{1, country});
+}
+
+// ODX<band> and ODXNr<band> as stored, Null kept apart from 0: a Null
+// ODXNr means no row is marked and no deleted row is coloured.
+struct StoredOdx {
+    std::optional<std::int64_t> odx;
+    std::optional<std::int64_t> odxNr;
+};
+
+StoredOdx readStoredOdx(ContestLog& log, int b) {
+    auto st = log.db().prepare("SELECT " + sql::quoteIdent(myDataField("ODX", b)) + ", " +
+                               sql::quoteIdent(myDataField("ODXNr", b)) + " FROM \"MyData\"");
+    StoredOdx out;
+    if (st.step()) {
+        if (!st.isNull(0))
+            out.odx = st.int64(0);
+        if (!st.isNull(1))
+            out.odxNr = st.int64(1);
+    }
+    return out;
+}
+
+std::optional<double> asNumber(std::string_view s) {
+    const std::string t = text::trim(s);
+    if (t.empty())
+        return std::nullopt;
+    double v = 0;
+    const auto r = std::from_chars(t.data(), t.data() + t.size(), v);
+    if (r.ec != std::errc() || r.ptr != t.data() + t.size())
+        return std::nullopt;
+    return v;
+}
+
+} // namespace
+
+const std::array<EvalColumn, kEvalColumns>& evalColumns() {
+    using A = CellAlign;
+    static const std::array<EvalColumn, kEvalColumns> cols{{
+        {153, 550, A::Right, true},
+        {159, 1050, A::Centre, true},
+        {150, 580, A::Centre, true},
+        {173, 580, A::Centre, true},
+        {151, 2000, A::Left, true},
+        {155, 1000, A::Left, true},
+        {152, 700, A::Centre, true},
+        {154, 800, A::Left, true},
+        {165, 700, A::Right, true},
+        {160, 750, A::Centre, true},
+        {161, 750, A::Centre, true},
+        {157, 450, A::Left, false},
+        {22, 1300, A::Left, false},
+        {158, 1300, A::Left, false},
+        {185, 700, A::Left, false},
+        {176, 550, A::Left, false},
+        {0, 0, A::Left, false},
+        {209, 1000, A::Left, false},
+    }};
+    return cols;
+}
+
+const std::array<EvalColumn, 2>& countryColumns() {
+    static const std::array<EvalColumn, 2> cols{{
+        {95, 600, CellAlign::Right, true},
+        {96, 1900, CellAlign::Left, false},
+    }};
+    return cols;
+}
+
+const EvalRow* Evaluation::odxRow() const {
+    for (const auto& r : rows)
+        if (r.cells[evalcol::Info] == "ODX")
+            return &r;
+    return nullptr;
+}
+
+void GrossfeldADD(Evaluation& ev, std::string_view locator) {
+    const std::string loc = text::upper(text::left(locator, 6));
+    if (!listHolds(ev.locatorList, loc)) {
+        ev.locatorList += loc + ",";
+        ev.locatorCount += 1;
+    }
+    const std::string square = text::upper(text::left(locator, 4));
+    if (!listHolds(ev.grossfeldList, square)) {
+        ev.grossfeldList += square + ",";
+        ev.grossfeldCount += 1;
+    }
+}
+
+Evaluation evaluate(ContestLog& log, int b, const CountryList* countries) {
+    band(b);
+    Evaluation ev;
+    ev.band = b;
+    const MyDataRow my = log.myData();
+    ev.contName = my.contName;
+    ev.myCall = my.myCall;
+    ev.myLocator = my.myLocator;
+    ev.multiplier = my.zaehl[static_cast<std::size_t>(b)].value_or(1);
+    ev.bandsWithQsos = log.bandsWithQsos();
+
+    log.forEachRow(b, LogIndex::QSONr, [&](const QsoRow& q) {
+        EvalRow row{cellsOf(q, ev.multiplier), false};
+        if (!row.cells[evalcol::Info].empty())
+            ++ev.dupes;
+        if (!q.errQso)
+            ev.points += q.qrb * ev.multiplier;
+        if (q.errQso) {
+            ++ev.deleted;
+        } else {
+            GrossfeldADD(ev, q.locator);
+            if (countries) {
+                if (auto dx = countries->lookup(row.cells[evalcol::Call]))
+                    countCountry(ev, dx->Country);
+                else
+                    ev.callsWithoutCountry.push_back(row.cells[evalcol::Call]);
+            }
+        }
+        ev.rows.push_back(std::move(row));
+        return true;
+    });
+
+    ev.qsos = static_cast<std::int64_t>(ev.rows.size()) - ev.deleted;
+    // Per QSO in points, duplicates included; a band of only deleted rows
+    // has no points and so no division.
+    ev.kmPerQso = (ev.points > 0 && ev.qsos > 0) ? ev.points / ev.qsos : 0;
+
+    const StoredOdx stored = readStoredOdx(log, b);
+    ev.odx = stored.odx ? *stored.odx * ev.multiplier : 0;
+    if (stored.odxNr) {
+        const std::string nr = std::to_string(*stored.odxNr);
+        for (auto& r : ev.rows) {
+            if (r.cells[evalcol::Nr] == nr)
+                r.cells[evalcol::Info] = "ODX";
+            if (r.deleted())
+                r.red = true;
+        }
+    }
+    return ev;
+}
+
+Result<Evaluation> evaluateLogFile(const std::filesystem::path& logFile, int b,
+                                   const CountryList* countries) {
+    band(b);
+    Result<ContestLog> log = ContestLog::open(logFile);
+    if (!log)
+        return log.failure();
+    return evaluate(log.value(), b, countries);
+}
+
+bool cellLess(std::string_view a, std::string_view b) {
+    const auto na = asNumber(a), nb = asNumber(b);
+    if (na && nb)
+        return *na < *nb;
+    return a < b;
+}
+
+void sortRows(std::vector<EvalRow>& rows, int column, bool descending) {
+    const auto c = static_cast<std::size_t>(column);
+    std::stable_sort(rows.begin(), rows.end(), [&](const EvalRow& x, const EvalRow& y) {
+        return descending ? cellLess(y.cells.at(c), x.cells.at(c))
+                          : cellLess(x.cells.at(c), y.cells.at(c));
+    });
+}
+
+GridSorter::Direction GridSorter::next(int column) {
+    if (column == column_ && direction_ == Direction::Ascending)
+        direction_ = Direction::Descending;
+    else
+        direction_ = Direction::Ascending;
+    column_ = column;
+    return direction_;
+}
+
+GridSorter::Direction GridSorter::click(std::vector<EvalRow>& rows, int column) {
+    if (rows.empty() || column < 0 || column >= kEvalColumns)
+        return Direction::None;
+    const Direction d = next(column);
+    sortRows(rows, column, d == Direction::Descending);
+    return d;
+}
+
+GridSorter::Direction GridSorter::click(std::vector<CountryCount>& rows, int column) {
+    if (rows.empty() || column < 0 || column > 1)
+        return Direction::None;
+    const Direction d = next(column);
+    const bool desc = d == Direction::Descending;
+    std::stable_sort(rows.begin(), rows.end(), [&](const CountryCount& x, const CountryCount& y) {
+        const std::string a = column == 0 ? std::to_string(x.qsos) : x.country;
+        const std::string b = column == 0 ? std::to_string(y.qsos) : y.country;
+        return desc ? cellLess(b, a) : cellLess(a, b);
+    });
+    return d;
+}
+
+} // namespace orv
