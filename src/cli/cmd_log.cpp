@@ -59,8 +59,17 @@ int runNewLog(Context& ctx, const Args& args) {
     form.startMode = "SSB";
 
     auto made = createNewLog(ctx.paths.logsPath(), name, form, contest, args.has("overwrite"));
-    if (!made)
-        return ctx.refuse(made.failure());
+    if (!made) {
+        Failure f = made.failure();
+        // The chooser's fields are options here: name the one to give.
+        if (f.field == "Combo4")
+            f.detail = "--contest NAME (none given, and AConDat holds no CName)";
+        else if (f.field == "Text1")
+            f.detail = "--call " + form.myCall;
+        else if (f.field == "Text2")
+            f.detail = "--locator " + form.myLocator;
+        return ctx.refuse(f);
+    }
     ctx.out << made.value().path().string() << "\n";
     return kOk;
 }
