@@ -643,6 +643,10 @@ void MainWindow::wireFields() {
     fold(rstReceived_);
     fold(propagation_->lineEdit());
 
+    connect(locator_, &QLineEdit::textChanged, this, [this](const QString& t) {
+        status_->clear();
+        emit locatorEdited(t);
+    });
     connect(call_, &QLineEdit::textChanged, this, [this] {
         duplicatePanel_->hide();
         workedElsewhere_->hide();
@@ -655,6 +659,84 @@ void MainWindow::wireFields() {
         if (!modeSwitching_)
             call_->setFocus(Qt::OtherFocusReason);
     });
+}
+
+EntryRow MainWindow::entryRow() const {
+    EntryRow r;
+    r.call = call_->text().toStdString();
+    r.rst = rstSent_->text().toStdString();
+    r.serial = serialSent_->text().toStdString();
+    r.rstNr = rstReceived_->text().toStdString();
+    r.locator = locator_->text().toStdString();
+    r.note = notice_->text().toStdString();
+    r.qsl = qsl_->text().toStdString();
+    r.time = time_->text().toStdString();
+    r.date = date_->text().toStdString();
+    r.datePanel = datePanel_->isVisible();
+    r.mode = modeTx_->currentText().toStdString();
+    r.rxMode = modeRx_->currentText().toStdString();
+    r.prop = propagation_->currentText().toStdString();
+    r.op = operator_->currentText().toStdString();
+    r.name = currentName_.toStdString();
+    return r;
+}
+
+void MainWindow::setEntryRow(const EntryRow& r) {
+    call_->setText(q(r.call));
+    rstSent_->setText(q(r.rst));
+    serialSent_->setText(q(r.serial));
+    rstReceived_->setText(q(r.rstNr));
+    locator_->setText(q(r.locator));
+    notice_->setText(q(r.note));
+    qsl_->setText(q(r.qsl));
+    currentName_ = q(r.name);
+    if (r.locator.empty())
+        setPreview({}, {});
+}
+
+void MainWindow::focusNamed(const std::string& control) {
+    auto* target = findChild<QWidget*>(q(control));
+    if (!target || !target->isVisible())
+        target = call_;
+    focusField(target, true);
+}
+
+void MainWindow::showDuplicate(const DuplicatePanel& panel) {
+    for (std::size_t i = 0; i < panel.dup.size(); ++i)
+        dupLabels_[i]->setText(q(panel.dup[i]));
+    duplicatePanel_->findChild<QPushButton*>("Command1")->setEnabled(true);
+    duplicatePanel_->show();
+}
+
+void MainWindow::hideDuplicate() {
+    duplicatePanel_->hide();
+}
+
+void MainWindow::showWorkedElsewhere(const std::vector<WorkedOnBand>& rows) {
+    workedGrid_->setRowCount(0);
+    for (const WorkedOnBand& r : rows) {
+        const int at = workedGrid_->rowCount();
+        workedGrid_->insertRow(at);
+        for (int c = 0; c < 8; ++c) {
+            auto* item = new QTableWidgetItem(q(r.cells[static_cast<std::size_t>(c)]));
+            if (c == 0)
+                item->setBackground(QColor(255, 0, 0));
+            workedGrid_->setItem(at, c, item);
+        }
+    }
+    workedElsewhere_->setVisible(!rows.empty());
+}
+
+void MainWindow::setPreview(const QString& km, const QString& bearing) {
+    qrb_->setText(km);
+    qtf_->setText(bearing);
+}
+
+void MainWindow::readyForNext() {
+    timer1_->start();
+    tickClock();
+    status_->clear();
+    focusField(call_, false);
 }
 
 void MainWindow::setOperators(const QStringList& calls, const QString& current) {
@@ -844,6 +926,7 @@ void MainWindow::tickClock() {
 
 void MainWindow::closeEvent(QCloseEvent* event) {
     timer1_->stop();
+    emit closing();
     QMainWindow::closeEvent(event);
 }
 

@@ -7,6 +7,7 @@
 #include <functional>
 #include <optional>
 
+#include "core/capture/capture.h"
 #include "core/capture/rate_meter.h"
 
 class QAction;
@@ -96,6 +97,21 @@ public:
     QString currentName() const { return currentName_; }
     void setCurrentName(const QString& name) { currentName_ = name; }
 
+    // The entry row as the capture core reads it, and back after a commit.
+    EntryRow entryRow() const;
+    void setEntryRow(const EntryRow& row);
+    // Focus on a control named by a refusal ("Text7"); unknown names go to
+    // the call field.
+    void focusNamed(const std::string& control);
+    void showDuplicate(const DuplicatePanel& panel);
+    void hideDuplicate();
+    void showWorkedElsewhere(const std::vector<WorkedOnBand>& rows);
+    // Distance and bearing of the locator in hand (Text8, Text12); nothing
+    // empties them.
+    void setPreview(const QString& km, const QString& bearing);
+    // After a commit: the clock runs again and the call field takes the focus.
+    void readyForNext();
+
     // Clears the entry line (F10, Ctrl+W).
     void clearEntryLine();
     // One tick of `Timer1`: the log time into `Text2`.
@@ -117,6 +133,10 @@ signals:
     void languageChosen(const QString& caption);
     void timeEditToggled(bool editable);
     void loadLogRequested();
+    void closing();
+    // The call field lost the focus with this text; the locator field changed.
+    void callLeft(const QString& call);
+    void locatorEdited(const QString& locator);
 
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;

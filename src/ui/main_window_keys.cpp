@@ -65,6 +65,8 @@ bool MainWindow::eventFilter(QObject* watched, QEvent* event) {
             normaliseTimeField();
         if (field == rstSent_)
             applyModeSwitch();
+        if (field == call_ && call_->text().trimmed().size() > 2)
+            emit callLeft(call_->text().trimmed().toUpper());
         break;
     case QEvent::MouseButtonDblClick:
         if (field == qsl_) {
