@@ -1,32 +1,47 @@
 #include <QApplication>
 #include <QTimer>
+#include <filesystem>
+#include <optional>
 
-#include "core/i18n/texts.h"
 #include "core/util/ports.h"
 #include "platform/qt_dialogs.h"
 #include "ui/main_window.h"
+#include "ui/startup.h"
 
 int main(int argc, char** argv) {
     QApplication app(argc, argv);
     QApplication::setApplicationName("OrvantaContest");
     QApplication::setApplicationDisplayName("OrvantaContest");
-    orv::Texts texts;
+    const QStringList args = QApplication::arguments();
+    auto option = [&](const char* name) -> std::optional<QString> {
+        const auto at = args.indexOf(name);
+        if (at >= 0 && at + 1 < args.size())
+            return args[at + 1];
+        return std::nullopt;
+    };
+
+    std::optional<std::string> home;
+    if (const auto h = option("--home"))
+        home = h->toStdString();
     orv::SystemClock clock;
     orv::platform::QtBeeper beeper;
-    orv::ui::MainWindow window(texts, clock, beeper);
-    window.show();
-    // --quit-after MS: start, show and leave again; used by the set-up check.
-    const auto args = QApplication::arguments();
-    // --screenshot FILE: save the window as it stands once shown, and leave.
-    if (const auto shot = args.indexOf("--screenshot"); shot >= 0 && shot + 1 < args.size()) {
-        const QString file = args[shot + 1];
-        QTimer::singleShot(300, &app, [&window, file] {
-            window.grab().save(file);
+    orv::platform::QtDialogs dialogs;
+    orv::ui::Startup startup(orv::resolveDataFolder(home), dialogs, clock, beeper);
+    if (startup.run() != orv::ui::Startup::Outcome::Run)
+        return 0;
+
+    // Quitting by other means than the window's close saves as closing does.
+    QObject::connect(&app, &QApplication::aboutToQuit, &app, [&startup] { startup.SaveConDat(); });
+
+    // --screenshot FILE: save the window once shown, and leave.
+    if (const auto file = option("--screenshot")) {
+        QTimer::singleShot(500, &app, [&startup, f = *file] {
+            startup.window()->grab().save(f);
             QApplication::quit();
         });
     }
-    const auto at = args.indexOf("--quit-after");
-    if (at >= 0 && at + 1 < args.size())
-        QTimer::singleShot(args[at + 1].toInt(), &app, &QApplication::quit);
+    // --quit-after MS: start and leave again; used by the set-up check.
+    if (const auto ms = option("--quit-after"))
+        QTimer::singleShot(ms->toInt(), &app, &QApplication::quit);
     return app.exec();
 }

@@ -1,0 +1,176 @@
+#include "ui/startup.h"
+
+#include <QDir>
+
+#include "core/capture/capture.h"
+#include "core/util/ports.h"
+#include "core/util/text.h"
+#include "ui/capture_binding.h"
+#include "ui/main_window.h"
+
+namespace orv::ui {
+namespace {
+
+QString q(const std::string& s) {
+    return QString::fromStdString(s);
+}
+
+QColor toQColor(Colour c) {
+    return QColor(c.r, c.g, c.b);
+}
+
+constexpr const char* kDefaultLanguage = "<Default>";
+
+} // namespace
+
+Startup::Startup(std::filesystem::path dataFolder, Dialogs& dialogs, Clock& clock, Beeper& beeper)
+    : folder_(std::move(dataFolder)), dialogs_(dialogs), clock_(clock), beeper_(beeper) {
+    runLogDialog = [](LogDialog& d) { return d.exec() == QDialog::Accepted; };
+}
+
+Startup::~Startup() {
+    // The binding lives under the window; the capture must outlive it.
+    window_.reset();
+    capture_.reset();
+}
+
+Startup::Outcome Startup::run() {
+    // A second start finds the lock of the first in the data folder and
+    // ends without a word.
+    std::filesystem::create_directories(folder_);
+    lock_ = std::make_unique<QLockFile>(q((folder_ / "OrvantaContest.lock").string()));
+    lock_->setStaleLockTime(0);
+    if (!lock_->tryLock(0))
+        return Outcome::AlreadyRunning;
+
+    paths_ = prepareDataFolder(folder_);
+    settings_ = std::make_unique<Settings>(IniFile(paths_.iniPath(), &beeper_));
+    texts_.loadDefaults();
+    // The question comes before any language file, in the built-in texts.
+    if (!askLiability())
+        return Outcome::Declined;
+
+    window_ = std::make_unique<MainWindow>(texts_, clock_, beeper_);
+    loadLanguage();
+    fillLists();
+
+    LogDialog dialog(*settings_, paths_, texts_, dialogs_, clock_, beeper_);
+    if (!runLogDialog(dialog) || !dialog.chosen())
+        return Outcome::NoLog;
+    openLog(std::move(*dialog.chosen()));
+    return Outcome::Run;
+}
+
+bool Startup::askLiability() {
+    if (settings_->get(keys::Einverstanden) != 0)
+        return true;
+    const std::string text = texts_(241) + "\n" + texts_(253) + "\n\n" + texts_(242);
+    if (dialogs_.ask(text, Buttons::YesNo, Icon::Warning, Answer::No) != Answer::Yes)
+        return false;
+    settings_->file().write(keys::Einverstanden.section, keys::Einverstanden.key, "-1");
+    return true;
+}
+
+void Startup::loadLanguage() {
+    const std::string stored = settings_->get(keys::Language);
+    if (!stored.empty() && stored != kDefaultLanguage) {
+        const auto r = texts_.loadLanguageFile(paths_.languagePath() / stored);
+        if (r.status == Texts::LoadStatus::Invalid)
+            dialogs_.inform(texts_(230), Icon::Critical);
+    }
+    QStringList files;
+    const QDir dir(q(paths_.languagePath().string()));
+    for (const QString& f : dir.entryList({"*.lng"}, QDir::Files, QDir::Name))
+        files << f;
+    window_->setLanguages(files, stored.empty() ? QString(kDefaultLanguage) : q(stored));
+    window_->Beschriften();
+    window_->Grid1Set();
+    window_->Grid2Set();
+    QObject::connect(window_.get(), &MainWindow::languageChosen, window_.get(),
+                     [this](const QString& c) { chooseLanguage(c); });
+}
+
+void Startup::chooseLanguage(const QString& caption) {
+    settings_->set(keys::Language, caption.toStdString());
+    const auto file = paths_.languagePath() / caption.toStdString();
+    // A new language goes on top of the current one, so rows it lacks keep
+    // the former language's text.
+    if (caption != kDefaultLanguage && std::filesystem::exists(file)) {
+        if (texts_.loadLanguageFile(file).status == Texts::LoadStatus::Invalid)
+            dialogs_.inform(texts_(230), Icon::Critical);
+    } else {
+        texts_.loadDefaults();
+    }
+    window_->Beschriften();
+    window_->Grid1Set();
+    window_->Grid2Set();
+    window_->focusNamed("Text3");
+}
+
+void Startup::fillLists() {
+    QStringList ops;
+    for (const OpCall& op : settings_->opCalls())
+        ops << q(op.call);
+    window_->setOperators(ops, q(settings_->get(keys::OPCall)));
+    QStringList modes;
+    for (const std::string& m : settings_->modes())
+        modes << q(m);
+    window_->setModes(modes);
+    QStringList props;
+    for (const std::string& p : settings_->list(section::AUSBR))
+        props << q(p);
+    window_->setPropagations(props, q(settings_->get(keys::Prop)));
+}
+
+void Startup::applyOptions() {
+    FieldColours c;
+    c.aktiv = toQColor(settings_->get(keys::FarbeAktiv));
+    c.inAktiv = toQColor(settings_->get(keys::FarbeInAktiv));
+    c.noEdit = toQColor(settings_->get(keys::FarbeNoEdit));
+    c.bereitsQso = toQColor(settings_->get(keys::FarbeBereitsQSO));
+    window_->setFieldColours(c);
+    window_->setTimeEditable(settings_->get(keys::ZeitEdit));
+    window_->setModeSwitch(settings_->get(keys::SSBCWFlip), q(settings_->get(keys::Mode2St)),
+                           q(settings_->get(keys::Mode3St)));
+    QObject::connect(window_.get(), &MainWindow::timeEditToggled, window_.get(),
+                     [this](bool on) { settings_->set(keys::ZeitEdit, on); });
+}
+
+void Startup::openLog(LogDialog::Chosen chosen) {
+    log_.emplace(std::move(chosen));
+    applyOptions();
+    window_->setZeitPlusMinus(log_->zeitPlusMinus);
+    window_->setOwnStation(q(log_->myCall), q(log_->myLocator));
+    window_->setCurrentMode(q(log_->startMode));
+    window_->selectBand(log_->startBand);
+
+    capture_ = std::make_unique<Capture>(
+        log_->log, captureConfigFrom(*settings_, log_->log.myData()), clock_, dialogs_, texts_);
+    capture_->selectBand(log_->startBand);
+    binding_ = new CaptureBinding(*window_, *capture_, log_->log, beeper_, texts_);
+    binding_->setRateSettings(static_cast<int>(settings_->get(keys::Zeitbereich)),
+                              static_cast<int>(settings_->get(keys::ZeigerMAX)));
+    QObject::connect(window_.get(), &MainWindow::closing, window_.get(), [this] { SaveConDat(); });
+    window_->setWindowTitle(q("OrvantaContest - [" + log_->logFile + "]"));
+    window_->show();
+    window_->focusNamed("Text3");
+}
+
+void Startup::SaveConDat() {
+    if (!log_)
+        return;
+    log_->log.writeContestData(log_->contest.ContestName, log_->contest.Zaehl);
+    const EntryRow row = window_->entryRow();
+    const std::string op = text::upper(text::trim(row.op));
+    settings_->set(keys::OPCall, op);
+    auto ops = settings_->opCalls();
+    const bool known = std::any_of(ops.begin(), ops.end(),
+                                   [&](const OpCall& o) { return text::upper(o.call) == op; });
+    if (!op.empty() && !known) {
+        ops.push_back(OpCall{op});
+        settings_->setOpCalls(ops);
+    }
+    settings_->set(keys::Prop, text::upper(text::trim(row.prop)));
+}
+
+} // namespace orv::ui

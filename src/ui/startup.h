@@ -1,0 +1,79 @@
+#pragma once
+
+#include <QLockFile>
+#include <filesystem>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+
+#include "core/app/app_paths.h"
+#include "core/i18n/texts.h"
+#include "core/settings/settings.h"
+#include "ui/log_dialog.h"
+
+namespace orv {
+class Beeper;
+class Capture;
+class Clock;
+class Dialogs;
+} // namespace orv
+
+namespace orv::ui {
+
+class CaptureBinding;
+class MainWindow;
+
+// The start of the program in its fixed order: one instance only, the data
+// folder, the liability question, the language, the lists of the settings
+// file, the log chooser, then the main window bound to the open log.
+class Startup {
+public:
+    Startup(std::filesystem::path dataFolder, Dialogs& dialogs, Clock& clock, Beeper& beeper);
+    ~Startup();
+
+    enum class Outcome {
+        Run,            // the main window stands over an open log
+        AlreadyRunning, // another instance holds the data folder: end silently
+        Declined,       // the liability question was answered No
+        NoLog,          // the chooser was closed without a log
+    };
+    Outcome run();
+
+    // Shows the chooser and tells whether it ended with a log; replaced by
+    // tests, which drive the dialog without a modal loop.
+    std::function<bool(LogDialog&)> runLogDialog;
+
+    MainWindow* window() { return window_.get(); }
+    Texts& texts() { return texts_; }
+    Settings& settings() { return *settings_; }
+    const AppPaths& paths() const { return paths_; }
+
+    // Choosing a language (`MnDefault(n)`).
+    void chooseLanguage(const QString& caption);
+    // `SaveConDat`: the contest into the log, operator and propagation into
+    // the settings file. Runs when the window closes.
+    void SaveConDat();
+
+private:
+    bool askLiability();
+    void loadLanguage();
+    void fillLists();
+    void applyOptions();
+    void openLog(LogDialog::Chosen chosen);
+
+    std::filesystem::path folder_;
+    Dialogs& dialogs_;
+    Clock& clock_;
+    Beeper& beeper_;
+    AppPaths paths_;
+    Texts texts_;
+    std::unique_ptr<QLockFile> lock_;
+    std::unique_ptr<Settings> settings_;
+    std::unique_ptr<MainWindow> window_;
+    std::optional<LogDialog::Chosen> log_;
+    std::unique_ptr<Capture> capture_;
+    CaptureBinding* binding_ = nullptr;
+};
+
+} // namespace orv::ui
