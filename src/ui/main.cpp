@@ -27,6 +27,14 @@ int main(int argc, char** argv) {
     orv::platform::QtBeeper beeper;
     orv::platform::QtDialogs dialogs;
     orv::ui::Startup startup(orv::resolveDataFolder(home), dialogs, clock, beeper);
+    // --log NAME: open Logs/NAME.sqlite as a choice in the log chooser would,
+    // without showing it; for scripts and the screenshot.
+    if (const auto log = option("--log")) {
+        startup.runLogDialog = [name = *log](orv::ui::LogDialog& d) {
+            d.openExisting(name);
+            return d.result() == QDialog::Accepted;
+        };
+    }
     if (startup.run() != orv::ui::Startup::Outcome::Run)
         return 0;
 

@@ -129,8 +129,17 @@ void MainWindow::Beschriften() {
 
 void MainWindow::Grid1Set() {
     gridModel_->Grid1Set(texts_);
-    for (int c = 0; c < LogGridModel::kColumns; ++c)
-        grid_->setColumnWidth(c, twipsToPixels(grid_, LogGridModel::columnTwips(c)));
+    // The old widths, widened where this program's date form or a large
+    // desktop font would not fit into them.
+    const QFontMetrics fm(grid_->font());
+    for (int c = 0; c < LogGridModel::kColumns; ++c) {
+        int px = twipsToPixels(grid_, LogGridModel::columnTwips(c));
+        if (c == LogGridModel::Date)
+            px = std::max(px, fm.horizontalAdvance("0000-00-00") + 14);
+        else if (c == LogGridModel::Call)
+            px = std::max(px, fm.horizontalAdvance("WWWWWWWWWW") + 14);
+        grid_->setColumnWidth(c, px);
+    }
     // The deleted flag is read back by the program, never shown.
     grid_->setColumnHidden(LogGridModel::Deleted, true);
 }
