@@ -110,36 +110,33 @@ int runList(Context& ctx, const Args& args) {
     return kOk;
 }
 
-int runDelete(Context& ctx, const Args& args) {
+// delete and restore: the row of --nr changes its deleted mark; a row that
+// already has the wanted mark is left alone.
+int changeMark(Context& ctx, const Args& args, bool deleted) {
     int code = kOk;
     auto s = openSession(ctx, args, Answer::Yes, code);
     if (!s)
         return code;
-    const auto row = rowOfNr(ctx, *s->capture, args, code);
+    Capture& capture = *s->capture;
+    const auto row = rowOfNr(ctx, capture, args, code);
     if (!row)
         return code;
-    if (s->capture->state().rows()[*row].qso.errQso)
+    if (capture.state().rows()[*row].qso.errQso == deleted)
         return kOk;
-    s->capture->ErrQSO(s->capture->state().rows()[*row].qso.qsoNr);
-    printRow(ctx.out, s->capture->state().rows()[*row]);
+    if (deleted) {
+        capture.ErrQSO(capture.state().rows()[*row].qso.qsoNr);
+    } else if (const Status st = capture.restore(*row); !st) {
+        return ctx.refuse(st.failure());
+    }
+    printRow(ctx.out, capture.state().rows()[*row]);
     return kOk;
 }
 
+int runDelete(Context& ctx, const Args& args) {
+    return changeMark(ctx, args, true);
+}
 int runRestore(Context& ctx, const Args& args) {
-    int code = kOk;
-    auto s = openSession(ctx, args, Answer::Yes, code);
-    if (!s)
-        return code;
-    const auto row = rowOfNr(ctx, *s->capture, args, code);
-    if (!row)
-        return code;
-    if (!s->capture->state().rows()[*row].qso.errQso)
-        return kOk;
-    const Status st = s->capture->restore(*row);
-    if (!st)
-        return ctx.refuse(st.failure());
-    printRow(ctx.out, s->capture->state().rows()[*row]);
-    return kOk;
+    return changeMark(ctx, args, false);
 }
 
 int runCorrect(Context& ctx, const Args& args) {

@@ -41,6 +41,65 @@ std::int64_t distance(const std::string& own, const std::string& locator) {
     return e.ok() ? static_cast<std::int64_t>(e.km) : 0;
 }
 
+// The fields both entry lines check, in the order of the checks.
+struct EntryFields {
+    std::string_view call, locator, rstNr, rst, time, date;
+    bool checkDate;
+    int minReport;
+};
+// The controls to focus for each check, in the entry row or the correction line.
+struct FieldNames {
+    const char *call, *locator, *rstNr, *rst, *time, *date;
+};
+constexpr FieldNames kEntryRowFields{"Text3", "Text7", "Text6", "Text4", "Text2", "Text1"};
+constexpr FieldNames kEditLineFields{"Text33", "Text77", "Text66", "Text44", "Text22", "Text14"};
+
+struct CheckedEntry {
+    std::optional<Failure> failure;
+    std::string call, locator, rstNr, rst;
+    std::optional<DateTime> date;
+};
+
+CheckedEntry checkEntry(const EntryFields& f, const FieldNames& n) {
+    CheckedEntry c;
+    c.call = text::upper(text::trim(f.call));
+    c.locator = text::upper(text::trim(f.locator));
+    c.rstNr = text::upper(text::trim(f.rstNr));
+    c.rst = text::upper(text::trim(f.rst));
+    if (text::length(c.call) < 3 || c.call.size() > kCallMax)
+        c.failure = refuse(1, n.call);
+    else if (text::length(c.locator) != 6)
+        c.failure = refuse(2, n.locator);
+    else if (text::length(c.rstNr) < static_cast<std::size_t>(f.minReport) ||
+             c.rstNr.size() > kRstNrMax || !reportChars(c.rstNr))
+        c.failure = refuse(3, n.rstNr);
+    else if (text::length(c.rst) < 2 || c.rst.size() > kRstMax || !reportChars(c.rst))
+        c.failure = refuse(4, n.rst);
+    else if (!LocOK(c.locator))
+        c.failure = refuse(2, n.locator);
+    else if (!entry::parseTime(f.time))
+        c.failure = refuse(14, n.time);
+    else if (f.checkDate && !(c.date = parseDate(f.date)))
+        c.failure = refuse(13, n.date);
+    return c;
+}
+
+// The fields that both entry lines store the same way.
+void fillRow(QsoRow& q, const CheckedEntry& c, std::string_view qsl, std::string_view note,
+             std::string_view mode, std::string_view rxMode, std::string_view prop,
+             std::string_view op) {
+    q.call = c.call;
+    q.locator = c.locator;
+    q.rstGeg = c.rst;
+    q.rstErh = c.rstNr;
+    q.qsl = text::trim(qsl) == "Yes";
+    q.notice = text::left(text::trim(note), 100);
+    q.mod = text::left(text::trim(mode), 5);
+    q.modRx = text::left(text::trim(rxMode), 5);
+    q.ausBr = text::left(text::trim(prop), 3);
+    q.opCall = text::left(text::trim(op), 15);
+}
+
 } // namespace
 
 CaptureConfig captureConfigFrom(Settings& settings, const MyDataRow& myData) {
@@ -72,43 +131,16 @@ DateTime Capture::logNow() const {
 }
 
 std::optional<QsoRow> Capture::rowForCommit(const EntryRow& row, Failure& failure) const {
-    const std::size_t minReport = entry::minimumReceivedReport(row.mode, config_.mode3St);
-    const std::string call = text::trim(row.call);
-    const std::string locator = text::upper(text::trim(row.locator));
-    const std::string rstNr = text::upper(text::trim(row.rstNr));
-    const std::string rst = text::upper(text::trim(row.rst));
-    if (text::length(call) < 3 || call.size() > kCallMax) {
-        failure = refuse(1, "Text3");
+    const EntryFields f{row.call,      row.locator,
+                        row.rstNr,     row.rst,
+                        row.time,      row.date,
+                        row.datePanel, entry::minimumReceivedReport(row.mode, config_.mode3St)};
+    const CheckedEntry c = checkEntry(f, kEntryRowFields);
+    if (c.failure) {
+        failure = *c.failure;
         return std::nullopt;
     }
-    if (text::length(locator) != 6) {
-        failure = refuse(2, "Text7");
-        return std::nullopt;
-    }
-    if (text::length(rstNr) < minReport || rstNr.size() > kRstNrMax || !reportChars(rstNr)) {
-        failure = refuse(3, "Text6");
-        return std::nullopt;
-    }
-    if (text::length(rst) < 2 || rst.size() > kRstMax || !reportChars(rst)) {
-        failure = refuse(4, "Text4");
-        return std::nullopt;
-    }
-    if (!LocOK(locator)) {
-        failure = refuse(2, "Text7");
-        return std::nullopt;
-    }
-    if (!entry::parseTime(row.time)) {
-        failure = refuse(14, "Text2");
-        return std::nullopt;
-    }
-    std::optional<DateTime> panelDate;
-    if (row.datePanel) {
-        panelDate = parseDate(row.date);
-        if (!panelDate) {
-            failure = refuse(13, "Text1");
-            return std::nullopt;
-        }
-    }
+    const std::optional<DateTime> panelDate = c.date;
     std::int64_t serial = state_.LastQSONr + 1;
     if (!text::trim(row.serial).empty()) {
         if (!text::isInteger(text::trim(row.serial)) || text::leadingInt(row.serial) < 1) {
@@ -124,21 +156,12 @@ std::optional<QsoRow> Capture::rowForCommit(const EntryRow& row, Failure& failur
     const DateTime now =
         panelDate ? withTime(*panelDate, row.time)->addHours(config_.zeitPlusMinus) : logNow();
     QsoRow q;
-    q.call = text::upper(call);
-    q.locator = locator;
     q.qrg = orv::band(state_.band()).qrg;
     q.datTime = *withTime(now, row.time);
-    q.rstGeg = rst;
     q.qsoNr = serial;
-    q.rstErh = rstNr;
-    q.qrb = distance(config_.ownLocator, locator);
-    q.qsl = text::trim(row.qsl) == "Yes";
-    q.notice = text::left(text::trim(row.note), 100);
-    q.mod = text::left(text::trim(row.mode), 5);
+    q.qrb = distance(config_.ownLocator, c.locator);
     q.name = text::left(row.name, 100);
-    q.modRx = text::left(text::trim(row.rxMode), 5);
-    q.ausBr = text::left(text::trim(row.prop), 3);
-    q.opCall = text::left(text::trim(row.op), 15);
+    fillRow(q, c, row.qsl, row.note, row.mode, row.rxMode, row.prop, row.op);
     return q;
 }
 
@@ -372,34 +395,21 @@ Status Capture::UebernehmenEdit(std::size_t row, const EditRow& edit) {
     if (row >= state_.rows().size())
         return refuse(225);
     const QsoRow old = state_.rows()[row].qso;
-    const std::size_t minReport = entry::minimumReceivedReport(edit.mode, config_.editMode3);
-    const std::string call = text::upper(text::trim(edit.call));
-    const std::string locator = text::upper(text::trim(edit.locator));
-    const std::string rstNr = text::upper(text::trim(edit.rstNr));
-    const std::string rst = text::upper(text::trim(edit.rst));
-    if (text::length(call) < 3 || call.size() > kCallMax)
-        return refuse(1, "Text33");
-    if (text::length(locator) != 6)
-        return refuse(2, "Text77");
-    if (text::length(rstNr) < minReport || rstNr.size() > kRstNrMax || !reportChars(rstNr))
-        return refuse(3, "Text66");
-    if (text::length(rst) < 2 || rst.size() > kRstMax || !reportChars(rst))
-        return refuse(4, "Text44");
-    if (!LocOK(locator))
-        return refuse(2, "Text77");
-    const auto date = parseDate(edit.date);
-    if (!entry::parseTime(edit.time))
-        return refuse(14, "Text22");
-    if (!date)
-        return refuse(13, "Text14");
+    const EntryFields f{edit.call,  edit.locator,
+                        edit.rstNr, edit.rst,
+                        edit.time,  edit.date,
+                        true,       entry::minimumReceivedReport(edit.mode, config_.editMode3)};
+    const CheckedEntry c = checkEntry(f, kEditLineFields);
+    if (c.failure)
+        return *c.failure;
     const std::string qrbText = text::trim(edit.qrb);
     if (!text::isInteger(qrbText) || text::leadingInt(qrbText) < 0)
         return refuse(225, "Text88");
     std::int64_t newQrb = text::leadingInt(qrbText);
 
     // Another live QSO of the call on the band: the user may score this one 0.
-    for (const QsoRow& q : log_.rowsByCall(state_.band(), call)) {
-        if (q.qsoNr != old.qsoNr && q.call == call && !q.errQso) {
+    for (const QsoRow& q : log_.rowsByCall(state_.band(), c.call)) {
+        if (q.qsoNr != old.qsoNr && q.call == c.call && !q.errQso) {
             if (dialogs_.ask(texts_(21), Buttons::YesNo, Icon::Question, Answer::Yes) ==
                 Answer::Yes)
                 newQrb = 0;
@@ -408,19 +418,10 @@ Status Capture::UebernehmenEdit(std::size_t row, const EditRow& edit) {
     }
 
     QsoRow q = old;
-    q.call = call;
-    q.locator = locator;
-    q.datTime = *withTime(*date, edit.time);
-    q.rstGeg = rst;
-    q.rstErh = rstNr;
+    q.datTime = *withTime(*c.date, edit.time);
     q.qrb = newQrb;
-    q.qsl = text::trim(edit.qsl) == "Yes";
-    q.notice = text::left(text::trim(edit.note), 100);
-    q.mod = text::left(text::trim(edit.mode), 5);
-    q.modRx = text::left(text::trim(edit.rxMode), 5);
-    q.ausBr = text::left(text::trim(edit.prop), 3);
-    q.opCall = text::left(text::trim(edit.op), 15);
     q.name = text::left(edit.name, 100);
+    fillRow(q, c, edit.qsl, edit.note, edit.mode, edit.rxMode, edit.prop, edit.op);
 
     const BandState before = state_;
     BandTotals totals = state_.stored;
