@@ -6,6 +6,7 @@
 #include "core/util/ports.h"
 #include "core/util/text.h"
 #include "ui/capture_binding.h"
+#include "ui/features.h"
 #include "ui/main_window.h"
 
 namespace orv::ui {
@@ -58,6 +59,7 @@ Startup::Outcome Startup::run() {
     if (!runLogDialog(dialog) || !dialog.chosen())
         return Outcome::NoLog;
     openLog(std::move(*dialog.chosen()));
+    installFeatures(*this);
     return Outcome::Run;
 }
 

@@ -15,6 +15,7 @@
 namespace orv {
 class Beeper;
 class Capture;
+class ContestLog;
 class Clock;
 class Dialogs;
 } // namespace orv
@@ -48,6 +49,12 @@ public:
     Texts& texts() { return texts_; }
     Settings& settings() { return *settings_; }
     const AppPaths& paths() const { return paths_; }
+    Dialogs& dialogs() { return dialogs_; }
+    Clock& clock() { return clock_; }
+    Beeper& beeper() { return beeper_; }
+    // The open log and its capture; null before a log is open.
+    ContestLog* log() { return log_ ? &log_->log : nullptr; }
+    Capture* capture() { return capture_.get(); }
 
     // Choosing a language (`MnDefault(n)`).
     void chooseLanguage(const QString& caption);
