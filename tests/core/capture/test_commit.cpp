@@ -72,6 +72,11 @@ TEST_F(CaptureTest, ChecksRunInTheirOrderAndRefuseWithoutStoring) {
         EXPECT_EQ(res.failure.field, c.field) << c.call << " " << c.locator;
         EXPECT_EQ(r.call, before.call);
     }
+    EntryRow badSerial = row("DL1AB", "JN88EF");
+    badSerial.serial = "12a";
+    const CommitResult serialRes = capture->Uebernehmen(badSerial);
+    EXPECT_EQ(serialRes.failure.text, 225);
+    EXPECT_EQ(serialRes.failure.field, "Text5");
     EXPECT_EQ(log->rowCount(k144), 0);
 
     // The edges that pass: three characters of call, a six-digit CW report.
