@@ -220,6 +220,8 @@ Status CallDbStore::remove(std::int64_t rowid) {
 }
 
 Result<std::vector<CallListLine>> parseCallList(std::string_view bytes) {
+    if (text::startsWith(bytes, "\xEF\xBB\xBF"))
+        bytes.remove_prefix(3);
     const std::string content = text::decodeLegacy(bytes);
     std::vector<CallListLine> out;
     std::size_t start = 0;

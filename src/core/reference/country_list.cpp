@@ -22,6 +22,8 @@ constexpr std::size_t kPrefixSize = 15;
 // Columns work on one byte per character, so a UTF-8 file is taken to the
 // code page first and each field back to UTF-8 when it is cut out.
 std::string singleByte(std::string_view bytes) {
+    if (text::startsWith(bytes, "\xEF\xBB\xBF"))
+        bytes.remove_prefix(3);
     return text::isValidUtf8(bytes) ? text::utf8ToCp1252(bytes) : std::string(bytes);
 }
 

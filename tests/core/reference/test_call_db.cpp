@@ -121,7 +121,7 @@ TEST(CallDb, ImportCallLocatorLines) {
     CallDbStore store(f.paths.callDbPath());
     ASSERT_TRUE(store.add(rec("DL1ABC", "")).ok());
     ASSERT_TRUE(store.add(rec("OE1XYZ", "JN88EE")).ok());
-    const std::string list = "# my stations\r\n"
+    const std::string list = "\xEF\xBB\xBF# my stations\r\n"
                              "DL1ABC JO31AB\r\n"  // known call without locator: completed
                              "OE1XYZ\tJN88EE\r\n" // known pair
                              "OE1XYZ,JN78\r\n"    // known call, other locator: own row
