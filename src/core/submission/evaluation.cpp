@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <charconv>
 #include <optional>
+#include <unordered_map>
+#include <unordered_set>
 
 #include "core/logstore/contest_log.h"
 #include "core/reference/country_list.h"
@@ -16,6 +18,54 @@ namespace {
 // nothing, not even the empty piece, so the first empty locator is counted.
 bool listHolds(const std::string& list, const std::string& piece) {
     return !list.empty() && list.find(piece) != std::string::npos;
+}
+
+// The same answer as listHolds without scanning the list, which grows with
+// the band. Every entry is at most `width` long and followed by ",", so a
+// piece of exactly `width` characters without "," lies inside one entry and
+// is found only when it equals that entry, except that the locator list's
+// leading "0" joins its first entry: pieces starting with "0" and all
+// shorter pieces take the substring search.
+class ListIndex {
+public:
+    explicit ListIndex(std::size_t width) : width_(width) {}
+
+    bool holds(const std::string& list, const std::string& piece) const {
+        if (piece.size() == width_ && piece.find(',') == std::string::npos && piece[0] != '0')
+            return entries_.count(piece) > 0;
+        return listHolds(list, piece);
+    }
+    void add(const std::string& piece) { entries_.insert(piece); }
+    void reserve(std::size_t n) { entries_.reserve(n); }
+
+private:
+    std::size_t width_;
+    std::unordered_set<std::string> entries_;
+};
+
+// The working state of one run besides the evaluation itself.
+struct Indexes {
+    ListIndex locators{6};
+    ListIndex squares{4};
+    std::unordered_map<std::string, std::size_t> countryRow;
+};
+
+void addPieces(Evaluation& ev, std::string_view locator, Indexes* idx) {
+    const std::string loc = text::upper(text::left(locator, 6));
+    if (!(idx ? idx->locators.holds(ev.locatorList, loc) : listHolds(ev.locatorList, loc))) {
+        ev.locatorList += loc + ",";
+        ev.locatorCount += 1;
+        if (idx)
+            idx->locators.add(loc);
+    }
+    const std::string square = text::upper(text::left(locator, 4));
+    if (!(idx ? idx->squares.holds(ev.grossfeldList, square)
+              : listHolds(ev.grossfeldList, square))) {
+        ev.grossfeldList += square + ",";
+        ev.grossfeldCount += 1;
+        if (idx)
+            idx->squares.add(square);
+    }
 }
 
 EvalCells cellsOf(const QsoRow& q, std::int64_t multiplier) {
@@ -39,13 +89,12 @@ EvalCells cellsOf(const QsoRow& q, std::int64_t multiplier) {
                      q.opCall};
 }
 
-void countCountry(Evaluation& ev, const std::string& country) {
-    for (auto& c : ev.countries)
-        if (c.country == country) {
-            ++c.qsos;
-            return;
-        }
-    ev.countries.push_back(CountryCount{1, country});
+void countCountry(Evaluation& ev, Indexes& idx, const std::string& country) {
+    const auto [it, added] = idx.countryRow.try_emplace(country, ev.countries.size());
+    if (added)
+        ev.countries.push_back(CountryCount{1, country});
+    else
+        ++ev.countries[it->second].qsos;
 }
 
 // ODX<band> and ODXNr<band> as stored, Null kept apart from 0: a Null
@@ -122,21 +171,17 @@ const EvalRow* Evaluation::odxRow() const {
 }
 
 void GrossfeldADD(Evaluation& ev, std::string_view locator) {
-    const std::string loc = text::upper(text::left(locator, 6));
-    if (!listHolds(ev.locatorList, loc)) {
-        ev.locatorList += loc + ",";
-        ev.locatorCount += 1;
-    }
-    const std::string square = text::upper(text::left(locator, 4));
-    if (!listHolds(ev.grossfeldList, square)) {
-        ev.grossfeldList += square + ",";
-        ev.grossfeldCount += 1;
-    }
+    addPieces(ev, locator, nullptr);
 }
 
 Evaluation evaluate(ContestLog& log, int b, const CountryList* countries) {
     band(b);
     Evaluation ev;
+    Indexes idx;
+    const auto expected = static_cast<std::size_t>(log.rowCount(b));
+    idx.locators.reserve(expected);
+    idx.squares.reserve(expected);
+    ev.rows.reserve(expected);
     ev.band = b;
     const MyDataRow my = log.myData();
     ev.contName = my.contName;
@@ -154,10 +199,10 @@ Evaluation evaluate(ContestLog& log, int b, const CountryList* countries) {
         if (q.errQso) {
             ++ev.deleted;
         } else {
-            GrossfeldADD(ev, q.locator);
+            addPieces(ev, q.locator, &idx);
             if (countries) {
                 if (auto dx = countries->lookup(row.cells[evalcol::Call]))
-                    countCountry(ev, dx->Country);
+                    countCountry(ev, idx, dx->Country);
                 else
                     ev.callsWithoutCountry.push_back(row.cells[evalcol::Call]);
             }
