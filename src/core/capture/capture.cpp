@@ -295,29 +295,39 @@ Capture::workedBeforeLines(std::string_view typed,
     return lines;
 }
 
-BandTotals Capture::walkTotals(BandTotals stored, bool alwaysWriteOdx) {
-    std::int64_t odx = 0, odxNr = 0, sum = 0;
-    bool improved = false;
-    for (const GridRow& r : state_.rows()) {
-        if (r.qso.errQso)
+Capture::Walk Capture::walk(std::size_t replacedRow, const QsoRow* replacement) const {
+    Walk w;
+    const auto& rows = state_.rows();
+    for (std::size_t i = 0; i < rows.size(); ++i) {
+        const QsoRow& q = (replacement && i == replacedRow) ? *replacement : rows[i].qso;
+        if (q.errQso)
             continue;
-        if (odx < r.qso.qrb) {
-            odx = r.qso.qrb;
-            odxNr = r.qso.qsoNr;
-            improved = true;
+        if (w.odx < q.qrb) {
+            w.odx = q.qrb;
+            w.odxNr = q.qsoNr;
+            w.improved = true;
         }
-        sum += r.qso.qrb;
+        w.sum += q.qrb;
     }
-    state_.ODX = odx;
-    state_.ODXNr = odxNr;
-    state_.PGesamt = sum;
-    BandTotals t = stored;
-    t.pGesamt = sum;
-    if (improved || alwaysWriteOdx) {
-        t.odx = odx;
-        t.odxNr = odxNr;
+    return w;
+}
+
+BandTotals Capture::storedAfter(const Walk& w, BandTotals stored, bool alwaysWriteOdx) {
+    stored.pGesamt = w.sum;
+    if (w.improved || alwaysWriteOdx) {
+        stored.odx = w.odx;
+        stored.odxNr = w.odxNr;
     }
-    return t;
+    return stored;
+}
+
+void Capture::applyWalk(const Walk& w, const BandTotals& stored) {
+    state_.ODX = w.odx;
+    state_.ODXNr = w.odxNr;
+    state_.PGesamt = w.sum;
+    state_.stored = stored;
+    state_.rebuildIndex();
+    updateKmPerQsoAfterRebuild();
 }
 
 void Capture::updateKmPerQsoAfterRebuild() {
@@ -326,48 +336,35 @@ void Capture::updateKmPerQsoAfterRebuild() {
     state_.setKmPerQso(state_.PGesamt < 1 || live <= 0 ? 0 : state_.PGesamt / live);
 }
 
+void Capture::markRow(std::size_t row, bool deleted) {
+    QsoRow q = state_.rows()[row].qso;
+    q.errQso = deleted;
+    // A restore writes ODX and ODXNr always; a deletion only when the walk
+    // found one, so the last deletion leaves the stored ODX as it was.
+    const Walk w = walk(row, &q);
+    const BandTotals totals = storedAfter(w, state_.stored, !deleted);
+    log_.setErrQso(state_.band(), q.rowId, deleted, totals);
+    state_.mutableRows()[row].qso.errQso = deleted;
+    applyWalk(w, totals);
+    changed();
+}
+
 bool Capture::ErrQSO(std::int64_t qsoNr) {
     const long i = state_.findRow(qsoNr);
     if (i < 0)
         return false;
     if (dialogs_.ask(texts_(17), Buttons::YesNo, Icon::Question, Answer::Yes) != Answer::Yes)
         return false;
-    auto& rows = state_.mutableRows();
-    const BandState before = state_;
-    rows[static_cast<std::size_t>(i)].qso.errQso = true;
-    const BandTotals totals = walkTotals(state_.stored, false);
-    try {
-        log_.setErrQso(state_.band(), rows[static_cast<std::size_t>(i)].qso.rowId, true, totals);
-    } catch (...) {
-        state_ = before;
-        throw;
-    }
-    state_.stored = totals;
-    state_.rebuildIndex();
-    updateKmPerQsoAfterRebuild();
-    changed();
+    markRow(static_cast<std::size_t>(i), true);
     return true;
 }
 
 Status Capture::restore(std::size_t row) {
     if (row >= state_.rows().size() || !state_.rows()[row].qso.errQso)
         return refuse(225);
-    const std::string call = state_.rows()[row].qso.call;
-    if (CallExistTest(call))
+    if (CallExistTest(state_.rows()[row].qso.call))
         return refuse(229);
-    const BandState before = state_;
-    state_.mutableRows()[row].qso.errQso = false;
-    const BandTotals totals = walkTotals(state_.stored, true);
-    try {
-        log_.setErrQso(state_.band(), state_.rows()[row].qso.rowId, false, totals);
-    } catch (...) {
-        state_ = before;
-        throw;
-    }
-    state_.stored = totals;
-    state_.rebuildIndex();
-    updateKmPerQsoAfterRebuild();
-    changed();
+    markRow(row, false);
     return okStatus();
 }
 
@@ -423,34 +420,34 @@ Status Capture::UebernehmenEdit(std::size_t row, const EditRow& edit) {
     q.name = text::left(edit.name, 100);
     fillRow(q, c, edit.qsl, edit.note, edit.mode, edit.rxMode, edit.prop, edit.op);
 
-    const BandState before = state_;
+    // The distance changed: the sum follows, and a better one is the new ODX.
+    std::int64_t pGesamt = state_.PGesamt, odx = state_.ODX, odxNr = state_.ODXNr;
     BandTotals totals = state_.stored;
     if (newQrb != old.qrb) {
-        state_.PGesamt = state_.PGesamt - old.qrb + newQrb;
-        if (state_.ODX < newQrb) {
-            state_.ODX = newQrb;
-            state_.ODXNr = q.qsoNr;
+        pGesamt = pGesamt - old.qrb + newQrb;
+        if (odx < newQrb) {
+            odx = newQrb;
+            odxNr = q.qsoNr;
             totals.odx = newQrb;
             totals.odxNr = q.qsoNr;
         }
-        totals.pGesamt = state_.PGesamt;
+        totals.pGesamt = pGesamt;
     }
+    // A distance below the ODX lets the best QSO be found again: the only way
+    // the ODX goes down.
+    std::optional<Walk> w;
+    if (newQrb < odx) {
+        w = walk(row, &q);
+        totals = storedAfter(*w, totals, false);
+    }
+    log_.updateQso(state_.band(), q.rowId, q, totals);
+
     GridRow& g = state_.mutableRows()[row];
     g.qso = q;
     g.bearing = bearingText(config_.ownLocator, q.locator, config_.antenneKomma);
-    // A distance below the ODX lets the best QSO be found again: the only way
-    // the ODX goes down.
-    if (newQrb < state_.ODX)
-        totals = walkTotals(totals, false);
-    try {
-        log_.updateQso(state_.band(), q.rowId, q, totals);
-    } catch (...) {
-        state_ = before;
-        throw;
-    }
-    state_.stored = totals;
-    state_.rebuildIndex();
-    updateKmPerQsoAfterRebuild();
+    if (!w)
+        w = Walk{odx, odxNr, pGesamt, false};
+    applyWalk(*w, totals);
     changed();
     return okStatus();
 }

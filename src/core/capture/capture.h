@@ -159,9 +159,19 @@ public:
 private:
     std::optional<QsoRow> rowForCommit(const EntryRow& row, Failure& failure) const;
     DuplicatePanel panelOf(const QsoRow& q) const;
-    // Live totals from the rows; ODX and ODXNr of `MyData` are replaced only
-    // when the walk found a better one, as the old routine wrote them.
-    BandTotals walkTotals(BandTotals stored, bool alwaysWriteOdx);
+    // The walk over the live rows that rebuilds ODX, ODXNr and PGesamt, with
+    // one row seen as `replacement` (the change about to be stored).
+    struct Walk {
+        std::int64_t odx = 0, odxNr = 0, sum = 0;
+        bool improved = false; // some live row set the ODX
+    };
+    Walk walk(std::size_t replacedRow, const QsoRow* replacement) const;
+    // What `MyData` holds after the walk: ODX and ODXNr are written only when
+    // the walk found one (or when asked to always), as the old routine did.
+    static BandTotals storedAfter(const Walk& w, BandTotals stored, bool alwaysWriteOdx);
+    // The state follows the file after a stored change.
+    void applyWalk(const Walk& w, const BandTotals& stored);
+    void markRow(std::size_t row, bool deleted);
     void updateKmPerQsoAfterRebuild();
     void changed();
 

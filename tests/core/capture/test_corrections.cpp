@@ -134,3 +134,33 @@ TEST_F(CaptureTest, LocatorPreviewCompletesPartialEntries) {
     EXPECT_FALSE(capture->preview("J"));
     EXPECT_FALSE(capture->preview("JN88EZ"));
 }
+
+// A write that fails leaves the file and the screen as they were: nothing of
+// the change is half done. A log without its MyData row makes every write
+// of totals fail.
+TEST_F(CaptureTest, FailedWritesChangeNeitherFileNorState) {
+    commit("DL1AAA", "JN88EF");
+    commit("DL2BBB", "JO62QM");
+    log->db().exec("DELETE FROM MyData");
+    const auto rowsBefore = log->rows(k144);
+    const BandState stateBefore = capture->state();
+
+    EntryRow r = row("DL3CCC", "JN88EF");
+    EXPECT_ANY_THROW(capture->Uebernehmen(r));
+    EXPECT_EQ(r.call, "DL3CCC");
+
+    dialogs.answers = {Answer::Yes};
+    EXPECT_ANY_THROW(capture->ErrQSO(2));
+
+    EditRow e = capture->editView(1);
+    e.qrb = "5";
+    EXPECT_ANY_THROW(capture->UebernehmenEdit(1, e));
+
+    EXPECT_EQ(log->rows(k144), rowsBefore);
+    EXPECT_EQ(capture->state().rows().size(), stateBefore.rows().size());
+    EXPECT_FALSE(capture->state().rows()[1].qso.errQso);
+    EXPECT_EQ(capture->state().rows()[1].qso.qrb, stateBefore.rows()[1].qso.qrb);
+    EXPECT_EQ(capture->state().PGesamt, stateBefore.PGesamt);
+    EXPECT_EQ(capture->state().ODXNr, stateBefore.ODXNr);
+    EXPECT_EQ(capture->state().deletedCount(), 0);
+}
