@@ -34,8 +34,10 @@ void reportImport(Context& ctx, const CountryTables& t) {
 }
 
 int runImportCty(Context& ctx, const Args& args) {
-    if (args.positional.size() != 1)
-        return ctx.fail(kNoCountryList, kRefused, "usage: import-cty FILE [--arrl]");
+    if (args.positional.size() != 1) {
+        ctx.err << "usage: import-cty FILE [--arrl]\n";
+        return kRefused;
+    }
     const auto format = args.flags.count("arrl") ? CountryFormat::ArrlCty : CountryFormat::CtyDat;
     auto r = importCountryFile(ctx.paths.countryDbPath(), args.positional[0], format);
     if (!r)
@@ -70,8 +72,10 @@ int runCountry(Context& ctx, const Args& args) {
 }
 
 int runCallDbImport(Context& ctx, const Args& args) {
-    if (args.positional.size() != 1)
-        return ctx.fail(258, kRefused, "usage: calldb-import FILE");
+    if (args.positional.size() != 1) {
+        ctx.err << "usage: calldb-import FILE\n";
+        return kRefused;
+    }
     const std::string content = fileio::readAll(args.positional[0]);
     CallDbStore store(ctx.paths.callDbPath());
     auto r = importCallList(store, content);

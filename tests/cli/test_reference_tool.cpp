@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <arpa/inet.h>
+#include <fcntl.h>
 #include <netinet/in.h>
 #include <signal.h>
 #include <sys/socket.h>
@@ -59,7 +60,8 @@ public:
         if (pid_ == 0) {
             const std::string port = std::to_string(port_);
             const std::string dir = folder.string();
-            std::freopen("/dev/null", "w", stderr);
+            const int devNull = ::open("/dev/null", O_WRONLY);
+            ::dup2(devNull, STDERR_FILENO);
             ::execlp("python3", "python3", "-m", "http.server", "--bind", "127.0.0.1",
                      "--directory", dir.c_str(), port.c_str(), static_cast<char*>(nullptr));
             ::_exit(127);
