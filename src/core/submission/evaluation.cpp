@@ -24,14 +24,18 @@ bool listHolds(const std::string& list, const std::string& piece) {
 // the band. Every entry is at most `width` long and followed by ",", so a
 // piece of exactly `width` characters without "," lies inside one entry and
 // is found only when it equals that entry, except that the locator list's
-// leading "0" joins its first entry: pieces starting with "0" and all
-// shorter pieces take the substring search.
+// leading "0" joins its first entry. An entry with a character beyond ASCII
+// is longer in bytes than in characters but holds at most five ASCII ones.
+// So pieces starting with "0", pieces beyond ASCII and all shorter pieces
+// take the substring search.
 class ListIndex {
 public:
     explicit ListIndex(std::size_t width) : width_(width) {}
 
     bool holds(const std::string& list, const std::string& piece) const {
-        if (piece.size() == width_ && piece.find(',') == std::string::npos && piece[0] != '0')
+        if (piece.size() == width_ && piece[0] != '0' &&
+            std::all_of(piece.begin(), piece.end(),
+                        [](char c) { return c != ',' && static_cast<unsigned char>(c) < 0x80; }))
             return entries_.count(piece) > 0;
         return listHolds(list, piece);
     }

@@ -205,3 +205,30 @@ TEST(Evaluation, GrossfeldAddIsASubstringSearch) {
     EXPECT_EQ(ev.grossfeldList, "JN78,JO70,");
     EXPECT_EQ(ev.grossfeldCount, 2);
 }
+
+// The run keeps a hash beside the lists; it must give exactly what the
+// substring search gives, odd locators from imported logs included.
+TEST(Evaluation, ListsMatchTheSubstringSearch) {
+    const std::vector<std::string> locators{
+        "JN78DF", "N78DF", "JN78",   "jn78dg", "0JN78D", "",  "JN7",    "F,JN78", "DF,JN7",
+        "JN78DF", "JO70",  "JO70AB", "78DF",   "KN09AA", "0", "ÄB12CD", "ÄB12C"};
+    test::TempDir dir;
+    ContestLog log = test::makeLog(dir / "Logs");
+    std::vector<QsoRow> rows;
+    for (std::size_t i = 0; i < locators.size(); ++i)
+        rows.push_back(qso(static_cast<std::int64_t>(i + 1), "DL1ABC", locators[i], 100));
+    test::addRows(log, k144, rows);
+    const Evaluation ev = evaluate(log, k144, nullptr);
+
+    Evaluation plain;
+    for (const auto& l : locators)
+        GrossfeldADD(plain, l);
+    EXPECT_EQ(ev.locatorList, plain.locatorList);
+    EXPECT_EQ(ev.locatorCount, plain.locatorCount);
+    EXPECT_EQ(ev.grossfeldList, plain.grossfeldList);
+    EXPECT_EQ(ev.grossfeldCount, plain.grossfeldCount);
+    // Pieces of listed entries are not new: "0JN78D" lies in "0JN78DF,",
+    // "F,JN78" across "DF,JN78DG".
+    EXPECT_EQ(plain.locatorList, "0JN78DF,JN78DG,JO70,JO70AB,KN09AA,ÄB12CD,");
+    EXPECT_EQ(plain.grossfeldList, "JN78,N78D,0JN7,F,JN,DF,J,JO70,78DF,KN09,ÄB12,");
+}
