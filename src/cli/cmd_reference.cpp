@@ -78,7 +78,9 @@ int runCallDbImport(Context& ctx, const Args& args) {
     }
     const std::string content = fileio::readAll(args.positional[0]);
     CallDbStore store(ctx.paths.callDbPath());
-    auto r = importCallList(store, content);
+    // Another call database file is imported row by row, a text file line by line.
+    auto r = isSqliteFile(content) ? importForeignCallDb(store, args.positional[0])
+                                   : importCallList(store, content);
     if (!r)
         return ctx.refuse(r.failure());
     ctx.out << r->added << " " << ctx.texts(kEntriesAdded) << "\n"
@@ -224,8 +226,8 @@ const bool registered =
                      &runCountry}) &&
     registerCommand({"calldb-import",
                      "FILE",
-                     "add a list of calls (MASTER.SCP) or 'CALL LOCATOR' lines to the call "
-                     "database",
+                     "add a list of calls (MASTER.SCP), 'CALL LOCATOR' lines or the rows of "
+                     "another call database file to the call database",
                      {},
                      &runCallDbImport}) &&
     registerCommand(

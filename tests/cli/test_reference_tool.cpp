@@ -197,6 +197,17 @@ TEST(ReferenceTool, CallDbImportAndLookup) {
     EXPECT_EQ(n, 4);
     EXPECT_GT(std::stoi(last.substr(last.find('=') + 1)), 1000);
 
+    // Another home's call database, imported as a file of its own.
+    test::TempDir other;
+    test::writeFile(other / "l.txt", "DL1ABC JO31AB\nDL9NEW JO50AA\n");
+    ASSERT_EQ(test::runTool(
+                  {"--home", other.path().string(), "calldb-import", (other / "l.txt").string()})
+                  .status,
+              0);
+    auto foreign = test::runTool({"--home", h, "calldb-import", (other / "QBDat.sqlite").string()});
+    ASSERT_EQ(foreign.status, 0) << foreign.err;
+    EXPECT_NE(foreign.out.find("added=1 completed=0 known=1"), std::string::npos);
+
     test::writeFile(home / "bad.txt", "DL1ABC JO31AB\nthis is bad\n");
     auto bad = test::runTool({"--home", h, "calldb-import", (home / "bad.txt").string()});
     EXPECT_EQ(bad.status, 2);

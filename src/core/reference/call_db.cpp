@@ -254,12 +254,13 @@ Result<std::vector<CallListLine>> parseCallList(std::string_view bytes) {
     return out;
 }
 
-Result<CallImportCount> importCallList(CallDbStore& store, std::string_view bytes) {
-    auto parsed = parseCallList(bytes);
-    if (!parsed)
-        return parsed.failure();
+namespace {
+
+// Adds rows as the list imports do: a call not yet known becomes a new row
+// (with the counters and date it brings), a known call without a locator
+// takes the new locator, a known call with another locator gets its own row.
+CallImportCount addRecords(CallDbStore& store, const std::vector<CallRecord>& records) {
     sql::Db& db = store.db();
-    // The known rows of each call with their locators, to decide line by line.
     std::map<std::string, std::vector<std::pair<std::int64_t, std::string>>> known;
     {
         auto st = db.prepare("SELECT rowid, upper(Call), upper(Locator) FROM " +
@@ -269,36 +270,92 @@ Result<CallImportCount> importCallList(CallDbStore& store, std::string_view byte
     }
     CallImportCount count;
     sql::Transaction tx(db);
-    auto insert = db.prepare("INSERT INTO " + sql::quoteIdent(kCallDbTable) +
-                             " (Call, Locator, B6, B2, Bc70, Bc23, Bc13, Bc9, Bc6, Bc3, Bm12, Bm6)"
-                             " VALUES (?1, ?2, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0)");
+    auto insert = db.prepare("INSERT INTO " + sql::quoteIdent(kCallDbTable) + " (" + columnList() +
+                             ") VALUES (?1, ?2, ?3, ?4, ?5, ?6, ?7, ?8, ?9, ?10, ?11, ?12, ?13)");
     auto complete = db.prepare("UPDATE " + sql::quoteIdent(kCallDbTable) +
                                " SET Locator = ?1 WHERE rowid = ?2");
-    for (const auto& line : parsed.value()) {
-        auto& rows = known[line.call];
-        const bool same = std::any_of(rows.begin(), rows.end(), [&](const auto& r) {
-            return line.locator.empty() || r.second == line.locator;
+    for (const auto& r : records) {
+        auto& rows = known[r.Call];
+        const bool same = std::any_of(rows.begin(), rows.end(), [&](const auto& k) {
+            return r.Locator.empty() || k.second == r.Locator;
         });
         if (same) {
             ++count.known;
             continue;
         }
         auto blank =
-            std::find_if(rows.begin(), rows.end(), [](const auto& r) { return r.second.empty(); });
+            std::find_if(rows.begin(), rows.end(), [](const auto& k) { return k.second.empty(); });
         if (blank != rows.end()) {
-            complete.bind(1, line.locator).bind(2, blank->first).run();
+            complete.bind(1, r.Locator).bind(2, blank->first).run();
             complete.reset();
-            blank->second = line.locator;
+            blank->second = r.Locator;
             ++count.completed;
             continue;
         }
-        insert.bind(1, line.call).bind(2, line.locator).run();
+        bindRecord(insert, r);
+        insert.run();
         insert.reset();
-        rows.emplace_back(db.lastInsertRowid(), line.locator);
+        rows.emplace_back(db.lastInsertRowid(), r.Locator);
         ++count.added;
     }
     tx.commit();
     return count;
+}
+
+} // namespace
+
+Result<CallImportCount> importCallList(CallDbStore& store, std::string_view bytes) {
+    auto parsed = parseCallList(bytes);
+    if (!parsed)
+        return parsed.failure();
+    std::vector<CallRecord> records;
+    records.reserve(parsed->size());
+    for (const auto& line : parsed.value()) {
+        CallRecord r;
+        r.Call = line.call;
+        r.Locator = line.locator;
+        records.push_back(std::move(r));
+    }
+    return addRecords(store, records);
+}
+
+bool isSqliteFile(std::string_view bytes) {
+    return text::startsWith(bytes, std::string_view("SQLite format 3\0", 16));
+}
+
+Result<CallImportCount> importForeignCallDb(CallDbStore& store, const fs::path& foreign) {
+    std::vector<CallRecord> records;
+    try {
+        sql::Db db(foreign.string(), sql::Db::Mode::ReadOnly);
+        if (!db.tableExists(kCallDbTable))
+            return refuse(kInvalidFile, {}, foreign.string());
+        auto st = db.prepare("SELECT rowid, " + columnList() + " FROM " +
+                             sql::quoteIdent(kCallDbTable) + " ORDER BY rowid");
+        while (st.step()) {
+            CallRecord r = readRecord(st);
+            normalise(r);
+            if (!validateCallRecord(r))
+                return refuse(kInvalidFile, {}, foreign.string() + ": " + r.Call + " " + r.Locator);
+            records.push_back(std::move(r));
+        }
+    } catch (const sql::Error& e) {
+        // Not a database, or not one of ours: the user picked the wrong file.
+        return refuse(kInvalidFile, {}, foreign.string() + ": " + e.what());
+    }
+    return addRecords(store, records);
+}
+
+Status resetCounters(CallDbStore& store, const std::array<bool, kBandCount>& bands, bool lastDate) {
+    std::string set;
+    for (int b = 0; b < kBandCount; ++b)
+        if (bands[static_cast<std::size_t>(b)])
+            set += (set.empty() ? "" : ", ") + std::string(counterField(b)) + " = NULL";
+    if (lastDate)
+        set += std::string(set.empty() ? "" : ", ") + "LastDate = NULL";
+    if (set.empty())
+        return okStatus();
+    store.db().exec("UPDATE " + sql::quoteIdent(kCallDbTable) + " SET " + set);
+    return okStatus();
 }
 
 } // namespace orv

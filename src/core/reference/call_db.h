@@ -104,4 +104,17 @@ Result<std::vector<CallListLine>> parseCallList(std::string_view bytes);
 // its own. Nothing changes when the list is refused.
 Result<CallImportCount> importCallList(CallDbStore& store, std::string_view bytes);
 
+// Whether a file's first bytes are those of an SQLite database.
+bool isSqliteFile(std::string_view bytes);
+// "Fremde QBDat importieren": the rows of another call database file, taken
+// as the list import takes its lines; new rows keep their counters and date.
+// A file that is no call database, or holds a row the database cannot hold,
+// is IText(258) and changes nothing.
+Result<CallImportCount> importForeignCallDb(CallDbStore& store,
+                                            const std::filesystem::path& foreign);
+
+// "Alle Zähler und Datum auf NULL setzen": empties the chosen band counters
+// (and `LastDate`) of every row, in one statement.
+Status resetCounters(CallDbStore& store, const std::array<bool, kBandCount>& bands, bool lastDate);
+
 } // namespace orv

@@ -210,3 +210,71 @@ TEST(CallDb, LoadReadsEveryFieldAndNulls) {
                                   "   0   0   0   0   0   0   0   0   0   0");
     EXPECT_EQ(QBDatImage::load(f.dir / "missing.sqlite").size(), 0u);
 }
+
+TEST(CallDb, ForeignDatabaseImport) {
+    Fixture f;
+    const auto foreignPath = f.dir / "other.sqlite";
+    {
+        CallDbStore other(foreignPath);
+        CallRecord r = rec("DL1ABC", "JO31AB");
+        r.counters[1] = 4;
+        r.LastDate = DateTime{2023, 7, 1, 10, 0, 0};
+        ASSERT_TRUE(other.add(r).ok());
+        ASSERT_TRUE(other.add(rec("OK1DEF", "JO70AA")).ok());
+        ASSERT_TRUE(other.add(rec("G4ABC", "IO91")).ok());
+    }
+    CallDbStore store(f.paths.callDbPath());
+    ASSERT_TRUE(store.add(rec("OK1DEF", "")).ok());
+    ASSERT_TRUE(store.add(rec("G4ABC", "IO91")).ok());
+    auto r = importForeignCallDb(store, foreignPath);
+    ASSERT_TRUE(r.ok()) << r.failure().detail;
+    EXPECT_EQ(r->added, 1);
+    EXPECT_EQ(r->completed, 1);
+    EXPECT_EQ(r->known, 1);
+    const auto img = QBDatImage::load(f.paths.callDbPath());
+    ASSERT_EQ(img.size(), 3u);
+    EXPECT_EQ(img.WriteInList(1),
+              "DL1ABC       JO31AB   0   4   0   0   0   0   0   0   0   0 01.07.2023");
+    EXPECT_EQ(img.record(3).Locator(), "JO70AA");
+
+    // Files that are no call database change nothing.
+    test::writeFile(f.dir / "text.sqlite", "DL1ABC JO31AB\n");
+    {
+        sql::Db empty((f.dir / "empty.sqlite").string());
+        empty.exec("CREATE TABLE Other (x)");
+    }
+    {
+        CallDbStore bad(f.dir / "bad.sqlite");
+        bad.db().exec("INSERT INTO OrvantaContestDat (Call, Locator) VALUES ('DL1-X', '')");
+    }
+    for (const char* name : {"text.sqlite", "empty.sqlite", "bad.sqlite", "missing.sqlite"}) {
+        SCOPED_TRACE(name);
+        auto bad = importForeignCallDb(store, f.dir / name);
+        ASSERT_FALSE(bad.ok());
+        EXPECT_EQ(bad.failure().text, 258);
+        EXPECT_EQ(store.count(), 3);
+    }
+    EXPECT_FALSE(std::filesystem::exists(f.dir / "missing.sqlite"));
+    EXPECT_TRUE(isSqliteFile(fileio::readAll(foreignPath)));
+    EXPECT_FALSE(isSqliteFile(fileio::readAll(f.dir / "text.sqlite")));
+}
+
+TEST(CallDb, ResetCounters) {
+    Fixture f;
+    CallDbStore store(f.paths.callDbPath());
+    CallRecord r = rec("DL1ABC", "JO31AB");
+    r.counters = {1, 2, 3, 4, 5, 6, 7, 8, 9, 10};
+    r.LastDate = DateTime{2023, 7, 1, 10, 0, 0};
+    const auto id = store.add(r);
+    ASSERT_TRUE(id.ok());
+    std::array<bool, kBandCount> bands{};
+    bands[1] = bands[9] = true;
+    ASSERT_TRUE(resetCounters(store, bands, false).ok());
+    auto row = store.find(*id);
+    EXPECT_EQ(row->counters, (std::array<std::int32_t, kBandCount>{1, 0, 3, 4, 5, 6, 7, 8, 9, 0}));
+    EXPECT_TRUE(row->LastDate);
+    ASSERT_TRUE(resetCounters(store, {}, true).ok());
+    row = store.find(*id);
+    EXPECT_FALSE(row->LastDate);
+    EXPECT_EQ(row->counters[2], 3);
+}
