@@ -43,6 +43,18 @@ std::optional<std::string> headerField(std::string_view rec, std::size_t from, s
     return text::trim(text::cp1252ToUtf8(f));
 }
 
+// A zone as the 16-bit field holds it; -1 for anything outside, which the
+// check of the finished tables refuses.
+int zoneValue(std::string_view s) {
+    const long long v = text::leadingInt(s);
+    return v >= 0 && v <= 32767 ? static_cast<int>(v) : -1;
+}
+
+bool zonesValid(const CountryTables& t) {
+    return std::all_of(t.dx.begin(), t.dx.end(),
+                       [](const DxEntry& e) { return e.CQZone >= 0 && e.ITUZone >= 0; });
+}
+
 std::string cut(std::string s, std::size_t size) {
     return text::length(s) > size ? text::left(s, size) : s;
 }
@@ -117,9 +129,9 @@ void addWithOverrides(TableBuilder& b, const DxEntry& base, std::int32_t baseRec
         }
         DxEntry v = base;
         if (auto cq = between(token, '(', ')'))
-            v.CQZone = static_cast<int>(text::leadingInt(*cq));
+            v.CQZone = zoneValue(*cq);
         if (auto itu = between(token, '[', ']'))
-            v.ITUZone = static_cast<int>(text::leadingInt(*itu));
+            v.ITUZone = zoneValue(*itu);
         if (auto cont = between(token, '{', '}'))
             v.Continent = ::orv::cut(*cont, kContinentSize);
         const Key key{v.CQZone, v.ITUZone, v.Continent};
@@ -209,8 +221,8 @@ Result<CountryTables> parseCtyDat(std::string_view bytes) {
             return invalid("record " + std::to_string(recordNo));
         DxEntry e;
         e.Country = cut(*country, kCountrySize);
-        e.CQZone = static_cast<int>(text::leadingInt(*cq));
-        e.ITUZone = static_cast<int>(text::leadingInt(*itu));
+        e.CQZone = zoneValue(*cq);
+        e.ITUZone = zoneValue(*itu);
         e.Continent = cut(*cont, kContinentSize);
         e.PrimaryPrefix = cut(*pre, kPrefixSize);
         const std::string_view list = rec.size() > 75 ? rec.substr(75) : std::string_view{};
@@ -223,7 +235,7 @@ Result<CountryTables> parseCtyDat(std::string_view bytes) {
             addWithOverrides(b, e, recNr, tokens);
         }
     }
-    if (tables.dx.empty())
+    if (tables.dx.empty() || !zonesValid(tables))
         return invalid();
     return tables;
 }
@@ -262,15 +274,15 @@ Result<CountryTables> parseArrlCty(std::string_view bytes) {
             return invalid("record " + std::to_string(recordNo));
         DxEntry e;
         e.Country = cut(h[0], kCountrySize);
-        e.CQZone = static_cast<int>(text::leadingInt(h[1]));
-        e.ITUZone = static_cast<int>(text::leadingInt(h[2]));
+        e.CQZone = zoneValue(h[1]);
+        e.ITUZone = zoneValue(h[2]);
         e.Continent = cut(h[3], kContinentSize);
         e.PrimaryPrefix = cut(h[7], kPrefixSize);
         const std::int32_t recNr = b.addEntry(e);
         for (auto& t : splitTokens(rec.substr(pos), ",&"))
             b.addPrefix(std::move(t), recNr);
     }
-    if (tables.dx.empty())
+    if (tables.dx.empty() || !zonesValid(tables))
         return invalid();
     return tables;
 }

@@ -120,6 +120,8 @@ TEST(CountryList, RefusedFileLeavesTheOldListWorking) {
         "This is not a country file at all, just some text;\n",
         // Columns shifted by one: the zone field no longer ends in ":".
         " " + sampleCty("\n"),
+        // A zone the field cannot hold, in an override.
+        header("United States", 5, 8, "NA", "K") + "\n    K,W(123456);\n",
         // A good first record and a broken second one.
         header("United States", 5, 8, "NA", "K") + "\n    K;\nBroken record here;\n",
     };
@@ -164,6 +166,10 @@ TEST(CountryList, ArrlCtyLayout) {
     auto bad = importCountryText(f.db, "Hawaii 31 61 OC KH6 AH6,KH6;\n", CountryFormat::ArrlCty);
     ASSERT_FALSE(bad.ok());
     EXPECT_EQ(bad.failure().text, 84);
+    auto bigZone = importCountryText(
+        f.db, "Hawaii: 31: 99999: OC: 21.12: 157.48: 10.0: KH6:\n KH6;\n", CountryFormat::ArrlCty);
+    ASSERT_FALSE(bigZone.ok());
+    EXPECT_EQ(bigZone.failure().text, 84);
     EXPECT_TRUE(CountryList::load(f.db).lookup("KH6A"));
 }
 
