@@ -192,7 +192,12 @@ int runStats(Context& ctx, const Args& args) {
     const Result<LogStatistics> s = computeStatistics(*dir, names, ptr(countries));
     if (!s)
         return ctx.refuse(s.failure());
-    ctx.out << statisticsReport(*s, ctx.texts);
+    const std::string report = statisticsReport(*s, ctx.texts);
+    if (auto o = args.get("o")) {
+        ctx.out << savedMessage(ctx.texts, saveStatisticsReport(*o, report)) << "\n";
+        return kOk;
+    }
+    ctx.out << report;
     return kOk;
 }
 
@@ -251,8 +256,9 @@ const bool registered[] = {
                      {"no-stats"},
                      &runText}),
     registerCommand({"stats",
-                     "DIR [--logs NAME,NAME]",
-                     "statistics over the logs of a folder (all listed logs by default)",
+                     "DIR [--logs NAME,NAME] [-o FILE]",
+                     "statistics over the logs of a folder (all listed logs by default); "
+                     "with -o stored in FILE",
                      {},
                      &runStats}),
     registerCommand({"group-change",

@@ -154,6 +154,13 @@ TEST_F(SubmissionTool, EdiFromTemplateAndRefusals) {
     EXPECT_EQ(empty.err, "1200 Log Leer!\n");
     EXPECT_FALSE(std::filesystem::exists(home / "out" / "e.edi"));
     EXPECT_EQ(tool({"edi", "Test", "--band", "144"}).status, 2);
+
+    // A folder that does not exist: a failure with the program's word, no file.
+    const auto missing = home / "no" / "such" / "folder" / "x";
+    const auto failed = tool({"edi", "Test", "--band", "144", "-o", missing.string()});
+    EXPECT_EQ(failed.status, 1);
+    EXPECT_EQ(failed.err.rfind("FEHLER: ", 0), 0u) << failed.err;
+    EXPECT_FALSE(std::filesystem::exists(home / "no"));
 }
 
 // The ADIF file is read by an established reader: every live QSO of every
@@ -207,6 +214,11 @@ TEST_F(SubmissionTool, StatisticsOverAFolder) {
     EXPECT_NE(r.out.find("Rufzeichen:      OE1ABC\n"), std::string::npos) << r.out;
     EXPECT_NE(r.out.find("144 MHz\nQSOs:      3\n"), std::string::npos) << r.out;
     EXPECT_NE(r.out.find("Gesamt\nQSOs:      4\n"), std::string::npos) << r.out;
+    r = tool({"stats", logs, "--logs", "Test", "-o", (home / "report").string()});
+    ASSERT_EQ(r.status, 0) << r.err;
+    EXPECT_EQ(r.out, "Datei gespeichert unter\n" + (home / "report.TXT").string() + "\n");
+    EXPECT_NE(test::readFile(home / "report.TXT").find("144 MHz\nQSOs:      3\n"),
+              std::string::npos);
     r = tool({"stats", logs, "--logs", "Second"});
     ASSERT_EQ(r.status, 0);
     EXPECT_EQ(r.out.find("144 MHz"), std::string::npos);

@@ -1,5 +1,6 @@
 #include "core/submission/export_file.h"
 
+#include <algorithm>
 #include <cstdio>
 
 #include "core/i18n/texts.h"
@@ -112,10 +113,14 @@ std::string format0000(std::string_view cellIn) {
     const std::string cell = text::trim(cellIn);
     if (!text::isInteger(cell))
         return std::string(cellIn);
-    const long long v = text::leadingInt(cell);
-    char buf[32];
-    std::snprintf(buf, sizeof buf, v < 0 ? "-%04lld" : "%04lld", v < 0 ? -v : v);
-    return buf;
+    // Worked on the digits, so that no number is too long for it.
+    const bool negative = cell[0] == '-';
+    std::string digits = cell.substr((cell[0] == '-' || cell[0] == '+') ? 1 : 0);
+    digits.erase(0, std::min(digits.find_first_not_of('0'), digits.size()));
+    const bool zero = digits.empty();
+    if (digits.size() < 4)
+        digits.insert(0, 4 - digits.size(), '0');
+    return (negative && !zero ? "-" : "") + digits;
 }
 
 } // namespace orv

@@ -5,6 +5,8 @@
 #include "core/i18n/texts.h"
 #include "core/logstore/schema.h"
 #include "core/reference/country_list.h"
+#include "core/submission/export_file.h"
+#include "core/util/file_io.h"
 #include "core/util/sqlite.h"
 #include "core/util/text.h"
 
@@ -140,6 +142,12 @@ std::string statisticsReport(const LogStatistics& s, const Texts& t) {
     out += line(t(95), std::to_string(totalQsos));
     out += line(t(165), std::to_string(totalPoints));
     return out;
+}
+
+fs::path saveStatisticsReport(const fs::path& chosen, const std::string& report) {
+    const fs::path path = forceExtension(chosen, ".TXT");
+    fileio::writeAtomic(path, report);
+    return path;
 }
 
 } // namespace orv

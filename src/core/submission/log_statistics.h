@@ -52,4 +52,10 @@ Result<LogStatistics> computeStatistics(const std::filesystem::path& folder,
 // The report as the window shows it, lines ending in "\n".
 std::string statisticsReport(const LogStatistics& stats, const Texts& texts);
 
+// Stores a report as it stands, ".TXT" appended unless the name ends so in
+// any case; an existing file is replaced. A write error leaves the old file
+// as it was (throws fileio::FileError). Returns the path written.
+std::filesystem::path saveStatisticsReport(const std::filesystem::path& chosen,
+                                           const std::string& report);
+
 } // namespace orv

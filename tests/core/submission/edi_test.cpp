@@ -404,6 +404,41 @@ TEST(Edi, TemplateRoundTripFillsButNeverClears) {
     EXPECT_EQ(ediLoadLast(settings), boxes);
 }
 
+TEST(Edi, FourDigitNumbers) {
+    const struct {
+        const char* cell;
+        const char* text;
+    } cases[] = {{"7", "0007"},
+                 {"0123", "0123"},
+                 {"00123", "0123"},
+                 {"12345", "12345"},
+                 {"", ""},
+                 {"12A", "12A"},
+                 {"-12", "-0012"},
+                 {" 42 ", "0042"},
+                 {"-0", "0000"},
+                 {"+7", "0007"},
+                 {"-9223372036854775808", "-9223372036854775808"}};
+    for (const auto& c : cases)
+        EXPECT_EQ(format0000(c.cell), c.text) << c.cell;
+}
+
+// A write that fails throws and leaves the file that was there.
+TEST(Edi, WriteErrorKeepsTheOldFile) {
+    test::TempDir dir;
+    ContestLog log = test::makeLog(dir / "Logs");
+    test::addRows(log, k432, {qso(1, "DL1ABC", "JN58TD", 300)});
+    const Evaluation ev = evaluate(log, k432, nullptr);
+    EdiBoxes boxes{};
+    ediFillOnOpen(ev, boxes);
+    // A folder in the way of the file: the rename over it fails.
+    std::filesystem::create_directories(dir / "x.EDI" / "inside");
+    EXPECT_THROW(writeEdi(dir / "x", ev, boxes, "CW"), fileio::FileError);
+    EXPECT_TRUE(std::filesystem::is_directory(dir / "x.EDI" / "inside"));
+    EXPECT_THROW(writeEdi(dir / "missing" / "x", ev, boxes, "CW"), fileio::FileError);
+    EXPECT_FALSE(std::filesystem::exists(dir / "missing"));
+}
+
 TEST(Edi, UploadName) {
     test::TempDir dir;
     const struct {
