@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstdio>
 #include <fstream>
 #include <map>
@@ -111,6 +112,16 @@ TEST_F(SubmissionTool, EvaluatePrintsStatisticsAndCountries) {
     EXPECT_EQ(l[10], "1\tFed. Rep. of Germany");
     EXPECT_EQ(l[11], "1\tCzech Republic");
     EXPECT_EQ(l[12], "1\tAustria");
+
+    // Sorted by points, descending: the grid rows follow the statistic lines.
+    const auto sorted = lines(
+        tool({"evaluate", "Test", "--band", "144", "--rows", "--sort", "8", "--descending"}).out);
+    ASSERT_EQ(sorted.size(), 17u);
+    std::vector<long> points;
+    for (std::size_t i = 13; i < 17; ++i)
+        points.push_back(std::stol(lines(sorted[i] + "\t", "\t")[8]));
+    EXPECT_TRUE(std::is_sorted(points.rbegin(), points.rend())) << sorted[13];
+    EXPECT_EQ(tool({"evaluate", "Test", "--band", "144", "--sort", "18"}).status, 2);
 
     EXPECT_EQ(tool({"evaluate", "Test", "--band", "145"}).status, 2);
     EXPECT_EQ(tool({"evaluate", "Nope", "--band", "144"}).status, 2);
