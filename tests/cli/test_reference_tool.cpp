@@ -104,7 +104,8 @@ TEST(ReferenceTool, ImportCtyAndCountry) {
     const Case cases[] = {
         {"KH6XX", "Hawaii\t31\t61\tOC\tKH6\n"},
         {"K1XX", "United States of America\t5\t8\tNA\tK\n"},
-        {"9M4SDX", "Spratly Islands\t26\t50\tAS\t1S\n"},
+        {"9M4SDX", "West Malaysia\t28\t54\tAS\t9M2\n"},
+        {"=9M4SDX", "Spratly Islands\t26\t50\tAS\t1S\n"},
         {"ve8abc", "Canada\t1\t3\tNA\tVE\n"},
     };
     for (const auto& c : cases) {

@@ -372,11 +372,8 @@ std::optional<std::int32_t> CountryList::findRecNr(std::string_view callIn) cons
     const std::string call = text::upper(text::trim(callIn));
     if (call.empty())
         return std::nullopt;
-    if (call.front() != '=') {
-        const std::string exact = "=" + call;
-        if (auto it = prefixes_.find(std::string_view(exact)); it != prefixes_.end())
-            return it->second;
-    }
+    // "=" tokens stand as they were stored and match only a call that begins
+    // with "=" itself, as the country list has always been searched.
     for (std::size_t len = std::min(call.size(), longest_); len > 0; --len) {
         if (auto it = prefixes_.find(std::string_view(call).substr(0, len)); it != prefixes_.end())
             return it->second;

