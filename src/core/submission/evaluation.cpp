@@ -243,6 +243,23 @@ Result<Evaluation> evaluateLogFile(const std::filesystem::path& logFile, int b,
     return evaluate(log.value(), b, countries);
 }
 
+std::vector<std::string> sortedLocators(const Evaluation& ev) {
+    std::vector<std::string> out;
+    if (ev.locatorList.size() < 5)
+        return out;
+    std::string_view list = ev.locatorList;
+    if (!list.empty() && list.front() == '0')
+        list.remove_prefix(1);
+    std::size_t a = 0;
+    while (a < list.size()) {
+        const std::size_t e = std::min(list.find(',', a), list.size());
+        out.emplace_back(list.substr(a, e - a));
+        a = e + 1;
+    }
+    std::sort(out.begin(), out.end());
+    return out;
+}
+
 bool cellLess(std::string_view a, std::string_view b) {
     const auto na = asNumber(a), nb = asNumber(b);
     if (na && nb)

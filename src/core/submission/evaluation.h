@@ -133,6 +133,11 @@ Result<Evaluation> evaluateLogFile(const std::filesystem::path& logFile, int ban
 // the Grossfeld list the same way.
 void GrossfeldADD(Evaluation& ev, std::string_view locator);
 
+// What a click on "Locatoren:" shows: the listed locators sorted, without
+// the list's leading "0"; nothing while the list is shorter than five
+// characters.
+std::vector<std::string> sortedLocators(const Evaluation& ev);
+
 // Click-to-sort on a grid header: the first click on a column sorts it
 // ascending, the next descending, and so on; a click on another column
 // starts again ascending. With no data rows nothing happens.

@@ -204,6 +204,14 @@ TEST(Evaluation, GrossfeldAddIsASubstringSearch) {
     EXPECT_EQ(ev.locatorCount, 3);
     EXPECT_EQ(ev.grossfeldList, "JN78,JO70,");
     EXPECT_EQ(ev.grossfeldCount, 2);
+    EXPECT_EQ(sortedLocators(ev), (std::vector<std::string>{"JN78DF", "JN78DG", "JO70AB"}));
+
+    Evaluation empty;
+    EXPECT_TRUE(sortedLocators(empty).empty());
+    GrossfeldADD(empty, "JN");
+    EXPECT_TRUE(sortedLocators(empty).empty()); // "0JN," is shorter than five
+    GrossfeldADD(empty, "AA");
+    EXPECT_EQ(sortedLocators(empty), (std::vector<std::string>{"AA", "JN"}));
 }
 
 // The run keeps a hash beside the lists; it must give exactly what the
