@@ -1,13 +1,21 @@
 #include "ui/capture_binding.h"
 
+#include <QStringList>
 #include <QTimer>
+#include <cmath>
 
 #include "core/capture/capture.h"
 #include "core/capture/entry_rules.h"
 #include "core/capture/rate_meter.h"
+#include "core/locator/locator.h"
+#include "core/locator/square_window.h"
+#include "core/logstore/bands.h"
+#include "core/settings/settings.h"
 #include "core/util/text.h"
+#include "platform/qt_dialogs.h"
 #include "ui/log_grid_model.h"
 #include "ui/main_window.h"
+#include "ui/square_window.h"
 
 namespace orv::ui {
 namespace {
@@ -20,20 +28,46 @@ LogGridModel::Row toRow(const GridRow& row) {
     return out;
 }
 
+// The integer part of what an input box returned, when it is a number at all.
+std::optional<long long> integerPart(const std::string& typed) {
+    bool ok = false;
+    const double v = QString::fromStdString(typed).trimmed().toDouble(&ok);
+    if (!ok || !std::isfinite(v) || std::fabs(v) > 1e15)
+        return std::nullopt;
+    return static_cast<long long>(std::floor(v));
+}
+
 } // namespace
 
 CaptureBinding::CaptureBinding(MainWindow& window, Capture& capture, ContestLog& log,
-                               Beeper& beeper, const Texts& texts)
+                               Beeper& beeper, const Texts& texts, Dialogs& dialogs,
+                               Settings* settings)
     : QObject(&window), window_(window), capture_(capture), log_(log), beeper_(beeper),
-      texts_(texts) {
+      texts_(texts), dialogs_(dialogs), settings_(settings) {
     window_.onCommit = [this] { commit(); };
+    window_.onEditCommit = [this] { UebernehmenEdit(); };
     window_.onResolveDuplicate = [this] { resolveDuplicate(); };
+    window_.onSquareWindow = [this] { showSquareWindow(); };
     connect(&window_, &MainWindow::bandChanged, this, [this](int band) {
+        window_.setLoading(true);
         capture_.selectBand(band);
         showBand();
+        window_.setLoading(false);
     });
     connect(&window_, &MainWindow::locatorEdited, this, &CaptureBinding::preview);
+    connect(&window_, &MainWindow::editLocatorEdited, this, &CaptureBinding::editPreview);
     connect(&window_, &MainWindow::callLeft, this, &CaptureBinding::checkCall);
+    connect(&window_, &MainWindow::callTyped, this, &CaptureBinding::lookup);
+    connect(&window_, &MainWindow::editRequested, this, &CaptureBinding::EditView);
+    connect(&window_, &MainWindow::markDeletedRequested, this, &CaptureBinding::MnMarkASKill);
+    connect(&window_, &MainWindow::restoreRequested, this, &CaptureBinding::MnGrid1KillRetur);
+    connect(&window_, &MainWindow::restoreAsked, this, [this](int row) {
+        if (dialogs_.ask(texts_(232), Buttons::YesNo, Icon::Question, Answer::Yes) == Answer::Yes)
+            MnGrid1KillRetur(row);
+    });
+    connect(&window_, &MainWindow::odxRequested, this, &CaptureBinding::showOdx);
+    connect(&window_, &MainWindow::rateSettingsRequested, this, &CaptureBinding::askRateSettings);
+    connect(&window_, &MainWindow::logLoeschenRequested, this, &CaptureBinding::MnLogLoeschen);
 
     timer7_ = new QTimer(this);
     timer7_->setObjectName("Timer7");
@@ -51,7 +85,9 @@ CaptureBinding::CaptureBinding(MainWindow& window, Capture& capture, ContestLog&
 
 CaptureBinding::~CaptureBinding() {
     window_.onCommit = nullptr;
+    window_.onEditCommit = nullptr;
     window_.onResolveDuplicate = nullptr;
+    window_.onSquareWindow = nullptr;
 }
 
 void CaptureBinding::showBand() {
@@ -81,6 +117,13 @@ void CaptureBinding::showFigures() {
     window_.setBandFigures(f);
 }
 
+void CaptureBinding::refreshRow(long row) {
+    if (row < 0 || static_cast<std::size_t>(row) >= capture_.state().rows().size())
+        return;
+    window_.logGrid().updateRow(static_cast<int>(row),
+                                toRow(capture_.state().rows()[static_cast<std::size_t>(row)]));
+}
+
 void CaptureBinding::commit() {
     EntryRow row = window_.entryRow();
     CommitResult r = capture_.Uebernehmen(row);
@@ -105,16 +148,25 @@ void CaptureBinding::commit() {
     window_.setLast(QString::fromStdString(capture_.lastCall()),
                     QString::fromStdString(capture_.lastLocator()));
     showFigures();
+    window_.setLookupLines({});
     window_.readyForNext();
+}
+
+QString CaptureBinding::bearingOf(const std::string& typed, const std::string& fallback) const {
+    // With `AntenneKomma` the bearing carries its decimal, as in the grid.
+    if (!capture_.config().antenneKomma)
+        return QString::fromStdString(fallback);
+    const std::string other = text::length(typed) == 6 ? typed : LocErgaenzen(typed);
+    return QString::fromStdString(bearingText(capture_.config().ownLocator, other, true));
 }
 
 void CaptureBinding::preview(const QString& locator) {
     const std::string typed = text::trim(locator.toStdString());
-    const std::size_t n = typed.size();
+    const std::size_t n = text::length(typed);
     if (n <= 1 || n > 6)
         return;
     if (const auto p = capture_.preview(typed)) {
-        window_.setPreview(QString::number(p->km), QString::fromStdString(p->bearing));
+        window_.setPreview(QString::number(p->km), bearingOf(typed, p->bearing));
         return;
     }
     // A complete locator that gives no position is wrong; a part of one may
@@ -123,6 +175,23 @@ void CaptureBinding::preview(const QString& locator) {
         beeper_.beep();
         window_.showStatus(QString::fromStdString(texts_(2)));
         window_.setPreview({}, {});
+    }
+}
+
+void CaptureBinding::editPreview(const QString& locator) {
+    const std::string typed = text::trim(locator.toStdString());
+    const std::size_t n = text::length(typed);
+    if (n <= 1 || n > 6)
+        return;
+    window_.showStatus({});
+    if (const auto p = capture_.preview(typed)) {
+        window_.setEditQrb(QString::number(p->km));
+        return;
+    }
+    if (n == 6) {
+        beeper_.beep();
+        window_.showStatus(QString::fromStdString(texts_(2)));
+        window_.setEditQrb({});
     }
 }
 
@@ -135,13 +204,131 @@ void CaptureBinding::checkCall(const QString& call) {
     window_.showWorkedElsewhere(capture_.WorkAlso(call.toStdString()));
 }
 
+void CaptureBinding::lookup(const QString& call) {
+    // The worked-before marks of a typed part of a call; shorter texts
+    // would match most of the band.
+    QStringList lines;
+    if (call.size() > 2) {
+        const auto found = capture_.workedBeforeLines(call.toStdString(), nullptr);
+        lines.reserve(static_cast<qsizetype>(found.size()));
+        for (const std::string& l : found)
+            lines << QString::fromStdString(l);
+    }
+    window_.setLookupLines(lines);
+}
+
 void CaptureBinding::resolveDuplicate() {
     if (duplicateNr_ < 1 || !capture_.ErrQSO(duplicateNr_))
         return;
+    refreshRow(capture_.state().findRow(duplicateNr_));
     duplicateNr_ = 0;
-    showBand();
+    showFigures();
     window_.hideDuplicate();
     window_.focusNamed("Text3");
+}
+
+void CaptureBinding::EditView(int row) {
+    if (row < 0 || static_cast<std::size_t>(row) >= capture_.state().rows().size())
+        return;
+    window_.showEditRow(row, capture_.editView(static_cast<std::size_t>(row)));
+}
+
+void CaptureBinding::UebernehmenEdit() {
+    const int row = window_.editGridRow();
+    if (row < 0)
+        return;
+    const Status s = capture_.UebernehmenEdit(static_cast<std::size_t>(row), window_.editRow());
+    if (!s) {
+        beeper_.beep();
+        window_.showStatus(QString::fromStdString(texts_(s.failure().text)));
+        window_.focusNamed(s.failure().field);
+        return;
+    }
+    refreshRow(row);
+    showFigures();
+    window_.showStatus({});
+    window_.closeEditLine(true);
+}
+
+void CaptureBinding::MnMarkASKill(int row) {
+    if (row < 0 || static_cast<std::size_t>(row) >= capture_.state().rows().size())
+        return;
+    const auto nr = capture_.state().rows()[static_cast<std::size_t>(row)].qso.qsoNr;
+    if (!capture_.ErrQSO(nr))
+        return;
+    refreshRow(capture_.state().findRow(nr));
+    showFigures();
+    window_.hideDuplicate();
+}
+
+void CaptureBinding::MnGrid1KillRetur(int row) {
+    if (row < 0)
+        return;
+    const Status s = capture_.restore(static_cast<std::size_t>(row));
+    if (!s) {
+        window_.hideDuplicate();
+        dialogs_.inform(texts_(s.failure().text), Icon::Information);
+        return;
+    }
+    refreshRow(row);
+    showFigures();
+}
+
+void CaptureBinding::MnLogLoeschen() {
+    if (!capture_.MnLogLoeschen())
+        return;
+    dialogs_.inform(texts_(31), Icon::Information);
+    emit programMustEnd();
+}
+
+void CaptureBinding::showOdx() {
+    const std::string msg = capture_.odxMessage();
+    if (!msg.empty())
+        dialogs_.inform(msg, Icon::None);
+}
+
+void CaptureBinding::askRateSettings() {
+    // Each value is asked until it is good or the user cancels; a value
+    // already given stays stored when the second box is cancelled.
+    auto ask = [this](int prompt, int current) -> std::optional<int> {
+        for (;;) {
+            const auto typed = platform::QtDialogs::input(&window_, texts_(prompt), texts_(274),
+                                                          std::to_string(current));
+            if (!typed || text::trim(*typed).empty())
+                return std::nullopt;
+            if (const auto v = integerPart(*typed); v && *v >= 1 && *v <= 60000)
+                return static_cast<int>(*v);
+            if (dialogs_.ask(texts_(225), Buttons::RetryCancel, Icon::Warning, Answer::Retry) !=
+                Answer::Retry)
+                return std::nullopt;
+        }
+    };
+    const auto minutes = ask(268, zeitbereich_);
+    if (!minutes)
+        return;
+    zeitbereich_ = *minutes;
+    if (settings_)
+        settings_->set(keys::Zeitbereich, *minutes);
+    const auto steps = ask(269, zeigerMax_);
+    if (!steps)
+        return;
+    zeigerMax_ = *steps;
+    if (settings_)
+        settings_->set(keys::ZeigerMAX, *steps);
+}
+
+void CaptureBinding::showSquareWindow() {
+    const BandState& s = capture_.state();
+    const LocFenster f = LocUnt(capture_.config().ownLocator, s.GrossfeldListe(), beeper_);
+    const int band = capture_.band();
+    const QString bandText =
+        band >= 0 && band < kBandCount
+            ? QString::fromStdString(std::string(kBands[static_cast<std::size_t>(band)].boxText))
+            : QString();
+    auto* w = new SquareWindow(f, s.GrossfeldZahl(), bandText, texts_, &window_);
+    w->setAttribute(Qt::WA_DeleteOnClose);
+    // Modal over the main window, without a nested loop of its own.
+    w->open();
 }
 
 void CaptureBinding::setRateSettings(int zeitbereich, int zeigerMax) {

@@ -8,6 +8,8 @@ namespace orv {
 class Beeper;
 class Capture;
 class ContestLog;
+class Dialogs;
+class Settings;
 class Texts;
 } // namespace orv
 
@@ -18,12 +20,15 @@ class MainWindow;
 // Binds the main window to the QSO capture of the open log: Enter commits
 // through `Uebernehmen`, a band change loads the band, the grid and the
 // statistics show the band state, the call and locator fields ask for the
-// checks and the preview. The window keeps no number of its own.
+// checks and the preview, and the grid's row actions correct, delete and
+// restore. The window keeps no number of its own.
 class CaptureBinding final : public QObject {
     Q_OBJECT
 public:
+    // `settings` stores the rate meter's settings; without it they are asked
+    // but kept for the session only.
     CaptureBinding(MainWindow& window, Capture& capture, ContestLog& log, Beeper& beeper,
-                   const Texts& texts);
+                   const Texts& texts, Dialogs& dialogs, Settings* settings = nullptr);
     ~CaptureBinding() override;
 
     // Rows, figures and next serial of the selected band onto the window.
@@ -31,19 +36,43 @@ public:
     // One tick of the rate meter (`Timer7`).
     void tickRate();
     void setRateSettings(int zeitbereich, int zeigerMax);
+    int zeitbereich() const { return zeitbereich_; }
+    int zeigerMax() const { return zeigerMax_; }
+
+    // The grid row actions, also reachable from the window's signals.
+    void EditView(int row);
+    void UebernehmenEdit();
+    void MnMarkASKill(int row);
+    void MnGrid1KillRetur(int row);
+    void MnLogLoeschen();
+    void showOdx();
+    // The two input boxes of the rate meter (a click on `ZeigerZahl`).
+    void askRateSettings();
+    // `Form9` over the worked squares of the band.
+    void showSquareWindow();
+
+signals:
+    // The band was emptied: the program must end now, without saving.
+    void programMustEnd();
 
 private:
     void commit();
     void preview(const QString& locator);
+    void editPreview(const QString& locator);
     void checkCall(const QString& call);
+    void lookup(const QString& call);
     void resolveDuplicate();
     void showFigures();
+    void refreshRow(long row);
+    QString bearingOf(const std::string& typed, const std::string& fallback) const;
 
     MainWindow& window_;
     Capture& capture_;
     ContestLog& log_;
     Beeper& beeper_;
     const Texts& texts_;
+    Dialogs& dialogs_;
+    Settings* settings_;
     QTimer* timer7_ = nullptr;
     int zeitbereich_ = 60;
     int zeigerMax_ = 10;

@@ -6,6 +6,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QTimer>
 #include <QVBoxLayout>
 
 #include "core/i18n/texts.h"
@@ -88,8 +89,31 @@ LogDialog::LogDialog(Settings& settings, const AppPaths& paths, const Texts& tex
     buttons->addStretch(1);
     buttons->addWidget(create);
     buttons->addWidget(cancel);
+    // The computer's clock, corrected on site before the contest starts.
+    timeButton_ = new QPushButton(this);
+    timeButton_->setObjectName("Command6");
+    dateButton_ = new QPushButton(this);
+    dateButton_->setObjectName("Command7");
+    clockField_ = new QLineEdit(this);
+    clockField_->setObjectName("Text5");
+    clockField_->hide();
+    auto* clockRow = new QHBoxLayout;
+    clockRow->addWidget(dateButton_);
+    clockRow->addWidget(timeButton_);
+    clockRow->addWidget(clockField_);
+    clockRow->addStretch(1);
+    auto* clockTimer = new QTimer(this);
+    clockTimer->setObjectName("Timer1");
+    clockTimer->setInterval(1000);
+    connect(clockTimer, &QTimer::timeout, this, &LogDialog::showClock);
+    clockTimer->start();
+    connect(timeButton_, &QPushButton::clicked, this, [this] { editClock(ClockPart::Time); });
+    connect(dateButton_, &QPushButton::clicked, this, [this] { editClock(ClockPart::Date); });
+    connect(clockField_, &QLineEdit::returnPressed, this, &LogDialog::setClock);
+
     auto* v = new QVBoxLayout(this);
     v->addLayout(form);
+    v->addLayout(clockRow);
     v->addWidget(status_);
     v->addLayout(buttons);
 
@@ -106,6 +130,7 @@ LogDialog::LogDialog(Settings& settings, const AppPaths& paths, const Texts& tex
     const long long startBand = settings_.get(keys::StartQRG);
     band_->setCurrentIndex(startBand >= 0 && startBand < kBandCount ? static_cast<int>(startBand)
                                                                     : 1);
+    showClock();
     contest_ = ConDaLoad(settings_.file(), defs_);
     for (const ContestDef& d : defs_)
         contestBox_->addItem(q(d.name));
@@ -125,6 +150,35 @@ LogDialog::LogDialog(Settings& settings, const AppPaths& paths, const Texts& tex
     connect(cancel, &QPushButton::clicked, this, &QDialog::reject);
     connect(logs_, &QComboBox::activated, this,
             [this](int i) { openExisting(logs_->itemText(i)); });
+}
+
+void LogDialog::showClock() {
+    const DateTime now = clock_.now();
+    timeButton_->setText(q(now.toStorage().substr(11)));
+    dateButton_->setText(q(now.dateIso()));
+}
+
+void LogDialog::editClock(ClockPart part) {
+    clockPart_ = part;
+    const DateTime now = clock_.now();
+    clockField_->setText(q(part == ClockPart::Time ? now.toStorage().substr(11) : now.dateIso()));
+    clockField_->show();
+    clockField_->setFocus(Qt::OtherFocusReason);
+    clockField_->selectAll();
+}
+
+void LogDialog::setClock() {
+    const Status s =
+        setComputerClock(*timeSetter_, clock_, clockPart_, clockField_->text().toStdString());
+    if (!s) {
+        // A bad value gets its text; a refusal of the system its own words.
+        const Failure& f = s.failure();
+        dialogs_.inform(f.text != 0 ? texts_(f.text) : f.detail, Icon::Critical);
+        clockField_->setFocus(Qt::OtherFocusReason);
+        return;
+    }
+    clockField_->hide();
+    showClock();
 }
 
 void LogDialog::fillLogs() {

@@ -8,6 +8,7 @@
 #include "core/app/app_paths.h"
 #include "core/logstore/contest_defs.h"
 #include "core/logstore/log_setup.h"
+#include "core/logstore/system_time.h"
 
 class QComboBox;
 class QLabel;
@@ -54,9 +55,17 @@ public:
     // A click in `Combo2`: open the named log.
     void openExisting(const QString& name);
 
+    // The computer's clock: `Command6` (time) and `Command7` (date) open the
+    // field `Text5` over them; Enter there sets that part of the clock.
+    void editClock(ClockPart part);
+    void setClock();
+    // The port that sets the system clock; timedatectl unless replaced.
+    void setTimeSetter(SystemTimeSetter& setter) { timeSetter_ = &setter; }
+
 private:
     void fillLogs();
     void refuse(const Failure& f);
+    void showClock();
     void finish(ContestLog log, const std::string& name, std::array<bool, kBandCount> bands,
                 const std::string& myCall, const std::string& myLocator);
     NewLogForm form() const;
@@ -80,6 +89,12 @@ private:
     QComboBox* logs_ = nullptr;
     QComboBox* offset_ = nullptr;
     QLabel* status_ = nullptr;
+    QPushButton* timeButton_ = nullptr;
+    QPushButton* dateButton_ = nullptr;
+    QLineEdit* clockField_ = nullptr;
+    ClockPart clockPart_ = ClockPart::Time;
+    TimedatectlSetter timedatectl_;
+    SystemTimeSetter* timeSetter_ = &timedatectl_;
 };
 
 } // namespace orv::ui

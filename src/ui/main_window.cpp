@@ -161,11 +161,10 @@ void MainWindow::buildMenus() {
     auto menu = [&](QMenu* parentMenu, const char* name, const QString& fallback) {
         QMenu* m = parentMenu ? parentMenu->addMenu(fallback) : bar->addMenu(fallback);
         m->setObjectName(name);
-        // Pulling down a menu closes the comparison frame, as its button does.
-        connect(m, &QMenu::aboutToShow, this, [this] {
-            if (comparison_ && comparison_->isVisible())
-                comparison_->hide();
-        });
+        // Pulling down a menu closes the comparison frame, as its button
+        // does, and drops a correction in hand: the menu's work may change
+        // the row under it.
+        connect(m, &QMenu::aboutToShow, this, &MainWindow::closeEditForMenu);
         return m;
     };
     // Entries whose work is not part of this window yet stay visible but
@@ -179,8 +178,7 @@ void MainWindow::buildMenus() {
     };
 
     QMenu* datei = menu(nullptr, "MnDatei", "&Datei");
-    // Enabled once the log change (Form12) is bound to the signal.
-    QAction* loadLog = entry(datei, "MnLoadLog", false);
+    QAction* loadLog = entry(datei, "MnLoadLog", true);
     connect(loadLog, &QAction::triggered, this, &MainWindow::loadLogRequested);
     datei->addSeparator();
     QMenu* logMenu = menu(datei, "MnLog", q(texts_(401)));
@@ -201,7 +199,8 @@ void MainWindow::buildMenus() {
     entry(foreign, "MnLogImportFremd");
     entry(foreign, "MnImportHAMIII");
     datei->addSeparator();
-    entry(datei, "MnLogLoeschen");
+    connect(entry(datei, "MnLogLoeschen", true), &QAction::triggered, this,
+            &MainWindow::logLoeschenRequested);
     entry(datei, "MnGruppenAendern");
 
     QMenu* auswert = menu(nullptr, "MnAuswert", "Aus&wertung");
@@ -226,7 +225,7 @@ void MainWindow::buildMenus() {
     timeDateEditAction_ = entry(optionen, "MnTimeDateEdit", true);
     timeDateEditAction_->setCheckable(true);
     connect(timeDateEditAction_, &QAction::triggered, this, [this](bool on) {
-        datePanel_->setVisible(on);
+        setDatePanelVisible(on);
         setTimeEditable(on);
         emit timeEditToggled(on);
     });
@@ -235,8 +234,8 @@ void MainWindow::buildMenus() {
     setLanguages({}, "<Default>");
 
     QMenu* ansicht = menu(nullptr, "MnAnsicht", "&Ansicht");
-    entry(ansicht, "MnODX");
-    QAction* squares = entry(ansicht, "MnGrossF");
+    connect(entry(ansicht, "MnODX", true), &QAction::triggered, this, &MainWindow::odxRequested);
+    QAction* squares = entry(ansicht, "MnGrossF", true);
     connect(squares, &QAction::triggered, this, [this] {
         if (onSquareWindow)
             onSquareWindow();
@@ -245,15 +244,13 @@ void MainWindow::buildMenus() {
     entry(ansicht, "MnOrvantaLog");
 
     QMenu* hilfe = menu(nullptr, "MnHilfe", "&Hilfe");
-    entry(hilfe, "MnHilfeTasten");
+    connect(entry(hilfe, "MnHilfeTasten", true), &QAction::triggered, this,
+            &MainWindow::showKeyHelp);
     entry(hilfe, "MnHomepage");
     entry(hilfe, "MnLaenderlisteDownL");
     hilfe->addSeparator();
     QAction* info = entry(hilfe, "MnHilfeInfo", true);
-    connect(info, &QAction::triggered, this, [this] {
-        QMessageBox::about(this, "OrvantaContest",
-                           QString("OrvantaContest %1").arg(QApplication::applicationVersion()));
-    });
+    connect(info, &QAction::triggered, this, &MainWindow::showAbout);
 
     // Context menus of the grids and of the lookup list.
     auto popup = [&](const char* name) {
@@ -261,10 +258,19 @@ void MainWindow::buildMenus() {
         m->setObjectName(name);
         return m;
     };
-    QMenu* grid1 = popup("MnMSFlexGrid1");
-    entry(grid1, "MnGrid1Edit");
-    entry(grid1, "MnMarkASKill");
-    entry(grid1, "MnGrid1KillRetur");
+    gridMenu_ = popup("MnMSFlexGrid1");
+    connect(entry(gridMenu_, "MnGrid1Edit", true), &QAction::triggered, this, [this] {
+        if (gridMenuRow_ >= 0)
+            emit editRequested(gridMenuRow_);
+    });
+    connect(entry(gridMenu_, "MnMarkASKill", true), &QAction::triggered, this, [this] {
+        if (gridMenuRow_ >= 0)
+            emit markDeletedRequested(gridMenuRow_);
+    });
+    connect(entry(gridMenu_, "MnGrid1KillRetur", true), &QAction::triggered, this, [this] {
+        if (gridMenuRow_ >= 0)
+            emit restoreRequested(gridMenuRow_);
+    });
     QMenu* list1 = popup("MnList1");
     entry(list1, "MnCallADD");
     entry(list1, "MnLocatorADD");
@@ -331,6 +337,10 @@ void MainWindow::buildCentral() {
     grid_->verticalHeader()->setDefaultSectionSize(grid_->fontMetrics().height() + 6);
     grid_->horizontalHeader()->setStretchLastSection(true);
     grid_->setContextMenuPolicy(Qt::CustomContextMenu);
+    connect(grid_, &QWidget::customContextMenuRequested, this, &MainWindow::gridContextMenu);
+    connect(grid_, &QAbstractItemView::doubleClicked, this,
+            [this](const QModelIndex& i) { gridDoubleClicked(i.row()); });
+    grid_->installEventFilter(this);
     // The grid follows the newest QSO, as the operator expects at the bottom.
     connect(gridModel_, &QAbstractItemModel::rowsInserted, grid_,
             [this] { grid_->scrollToBottom(); });
@@ -342,6 +352,18 @@ void MainWindow::buildCentral() {
     middle->addWidget(buildSidePanel());
     layout->addLayout(middle, 1);
     setCentralWidget(central);
+
+    // Shown on top while a band loads; the text is the program's own.
+    auto* loading = new QLabel("Loading...", central);
+    loading->setObjectName("Picture10");
+    loading->setAlignment(Qt::AlignCenter);
+    loading->setFrameShape(QFrame::Box);
+    loading->setAutoFillBackground(true);
+    loading->setStyleSheet("#Picture10 { background: #ffffe0; font-weight: bold; }");
+    loading->resize(loading->fontMetrics().horizontalAdvance("Loading...") * 3,
+                    loading->fontMetrics().height() * 3);
+    loading->hide();
+    loadingPanel_ = loading;
 }
 
 QWidget* MainWindow::buildBandBar() {
@@ -369,9 +391,16 @@ QWidget* MainWindow::buildBandBar() {
         bandBox_->addItem(q(std::string(b.boxText)));
     bandBox_->setFocusPolicy(Qt::NoFocus);
     connect(bandBox_, &QComboBox::currentIndexChanged, this, [this](int i) {
+        if (editLineOpen())
+            closeEditLine(false);
         paintBandButtons();
-        if (i >= 0)
-            emit bandChanged(i);
+        if (i < 0)
+            return;
+        // The band's propagation is read before the load changes anything.
+        const QString prop = bandProp_[static_cast<std::size_t>(i)];
+        emit bandChanged(i);
+        if (!prop.isEmpty())
+            propagation_->setEditText(prop);
     });
     h->addWidget(bandBox_);
     h->addSpacing(12);
@@ -499,8 +528,12 @@ QWidget* MainWindow::buildCorrectionLine() {
     editQsl_ = makeField("Text101", 3, line);
     add("EditLabelQsl", editQsl_);
     add("Label24", makeField("Text99", 14, line));
-    add("Label1", makeCombo("Combo7", 3, true, line));
+    auto* editProp = makeCombo("Combo7", 3, true, line);
+    editProp->lineEdit()->setMaxLength(3);
+    add("Label1", editProp);
     add("EditLabelOperator", makeCombo("Combo9", 8, true, line));
+    for (QComboBox* c : line->findChildren<QComboBox*>())
+        c->installEventFilter(this);
     line->hide();
     return line;
 }
@@ -599,6 +632,8 @@ QWidget* MainWindow::buildSidePanel() {
         g->addWidget(n, r++, 1);
     }
     v->addWidget(statistics_);
+    for (const char* name : {"Label17", "Label21", "Label27", "Label28"})
+        statistics_->findChild<QLabel*>(name)->installEventFilter(this);
 
     auto* meter = new QFrame(side);
     meter->setObjectName("Picture7");
@@ -611,8 +646,10 @@ QWidget* MainWindow::buildSidePanel() {
     rate_->setMinimumWidth(rate_->fontMetrics().horizontalAdvance("00000") + 12);
     rate_->setAutoFillBackground(true);
     rate_->setText("0");
+    rate_->installEventFilter(this);
     mh->addWidget(rate_);
     v->addWidget(meter);
+    v->addWidget(buildBeaconPanel(side));
 
     lookupList_ = new QListWidget(side);
     lookupList_->setObjectName("List1");
@@ -635,6 +672,8 @@ void MainWindow::wireFields() {
     operator_->lineEdit()->installEventFilter(this);
     for (auto* e : correctionLine_->findChildren<QLineEdit*>())
         e->installEventFilter(this);
+    maxBake_->installEventFilter(this);
+    maxBake_->lineEdit()->installEventFilter(this);
 
     // Pasted text is folded as typed text is.
     auto fold = [](QLineEdit* e) {
@@ -652,6 +691,32 @@ void MainWindow::wireFields() {
     fold(rstSent_);
     fold(rstReceived_);
     fold(propagation_->lineEdit());
+    auto* editCall = correctionLine_->findChild<QLineEdit*>("Text33");
+    auto* editLocator = correctionLine_->findChild<QLineEdit*>("Text77");
+    fold(editCall);
+    fold(editLocator);
+    fold(correctionLine_->findChild<QLineEdit*>("Text44"));
+    fold(correctionLine_->findChild<QLineEdit*>("Text66"));
+    connect(editLocator, &QLineEdit::textChanged, this, [this](const QString& t) {
+        if (!editLoading_)
+            emit editLocatorEdited(t);
+    });
+    // Each change of the propagation is remembered for the band.
+    connect(propagation_, &QComboBox::currentTextChanged, this, [this](const QString& t) {
+        const int band = currentBand();
+        if (band >= 0 && band < kBandCount)
+            bandProp_[static_cast<std::size_t>(band)] = t.trimmed();
+    });
+    // Pasted text keeps its digits only, four at most.
+    connect(maxBake_->lineEdit(), &QLineEdit::textEdited, maxBake_, [this](const QString& t) {
+        QString digits;
+        for (QChar c : t)
+            if (c.isDigit())
+                digits += c;
+        digits = digits.left(4);
+        if (digits != t)
+            maxBake_->lineEdit()->setText(digits);
+    });
 
     connect(locator_, &QLineEdit::textChanged, this, [this](const QString& t) {
         status_->clear();

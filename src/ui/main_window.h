@@ -112,6 +112,55 @@ public:
     // After a commit: the clock runs again and the call field takes the focus.
     void readyForNext();
 
+    // The correction line `Picture33` (`EditView`): the entry row and its
+    // panels step aside, the statistics are disabled until it closes.
+    void showEditRow(int gridRow, const EditRow& row);
+    EditRow editRow() const;
+    int editGridRow() const { return editGridRow_; }
+    // Leaves the correction: the entry row returns, focus on the call field,
+    // which is emptied after a stored correction.
+    void closeEditLine(bool clearCall);
+    // Distance of the corrected locator (`Text88`).
+    void setEditQrb(const QString& km);
+
+    // The context menu of the grid prepared for a row: a deleted row offers
+    // only the restore, any other row correction and deletion. Returns
+    // nothing for a row outside the grid.
+    QMenu* gridMenuFor(int row);
+    int gridMenuRow() const { return gridMenuRow_; }
+    // Double click and Enter on a grid row, as the grid does them.
+    void gridDoubleClicked(int row);
+    void gridEnterPressed(int row);
+    int selectedGridRow() const;
+    void selectGridRow(int row);
+
+    // The "Loading..." panel `Picture10`, painted at once.
+    void setLoading(bool on);
+    bool loading() const;
+    // Propagation remembered per band (`BandProp`).
+    QString bandProp(int band) const;
+    // `Combo10`: the maximum number of beacon calls.
+    void setMaxBake(int n);
+    int maxBake() const;
+    // The worked-before lines of the lookup list.
+    void setLookupLines(const QStringList& lines);
+
+    // The key help `Form3` (modeless) and the about box `Form10`.
+    void showKeyHelp();
+    void showAbout();
+
+    // The small layout for low screens: the grids and the comparison lose
+    // 2141 twips of height and the window becomes 9000 twips high.
+    static bool smallLayoutFor(int screenHeightPx, int dpi);
+    void applySmallLayout(bool small);
+    bool smallLayout() const { return smallLayout_; }
+    void setDatePanelVisible(bool on);
+
+    // After a change of log: the call field, and the locator when a log
+    // was chosen, start empty.
+    void clearCallField();
+    void clearLocatorField();
+
     // Clears the entry line (F10, Ctrl+W).
     void clearEntryLine();
     // One tick of `Timer1`: the log time into `Text2`.
@@ -127,6 +176,8 @@ public:
     // Ctrl+L, a click on the squares, and F11 on the duplicate panel.
     std::function<void()> onSquareWindow;
     std::function<void()> onResolveDuplicate;
+    // Enter in a field of the correction line (`UebernehmenEdit`).
+    std::function<void()> onEditCommit;
 
 signals:
     void bandChanged(int index);
@@ -137,6 +188,18 @@ signals:
     // The call field lost the focus with this text; the locator field changed.
     void callLeft(const QString& call);
     void locatorEdited(const QString& locator);
+    // The call field's text as typed (key-up); the lookup list follows it.
+    void callTyped(const QString& call);
+    void editLocatorEdited(const QString& locator);
+    // Grid row actions: correct, mark deleted, restore (after the question
+    // of a double click, which the binding asks).
+    void editRequested(int row);
+    void markDeletedRequested(int row);
+    void restoreRequested(int row);
+    void restoreAsked(int row);
+    void odxRequested();
+    void rateSettingsRequested();
+    void logLoeschenRequested();
 
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
@@ -150,6 +213,7 @@ private:
     QWidget* buildCorrectionLine();
     QWidget* buildSidePanel();
     QWidget* buildPanels();
+    QWidget* buildBeaconPanel(QWidget* parent);
     void wireFields();
     void paintBandButtons();
     void colourField(QWidget* field, bool focused);
@@ -164,6 +228,9 @@ private:
     void normaliseTimeField();
     void applyModeSwitch();
     void stepBand(int delta);
+    bool editFieldKey(QWidget* field, QKeyEvent* e);
+    void closeEditForMenu();
+    void gridContextMenu(const QPoint& pos);
 
     Texts& texts_;
     Clock& clock_;
@@ -232,6 +299,19 @@ private:
     QTableWidget* comparisonGrid_ = nullptr;
 
     QTimer* timer1_ = nullptr;
+
+    // Correction state.
+    int editGridRow_ = -1;
+    bool editLoading_ = false;
+    QString editName_;
+    int gridMenuRow_ = -1;
+    QMenu* gridMenu_ = nullptr;
+
+    QWidget* loadingPanel_ = nullptr;
+    std::array<QString, 10> bandProp_{};
+    QComboBox* maxBake_ = nullptr;
+    QWidget* keyHelp_ = nullptr;
+    bool smallLayout_ = false;
 };
 
 } // namespace orv::ui

@@ -7,6 +7,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
+#include <QTableView>
 #include <QTimer>
 
 #include "core/capture/entry_rules.h"
@@ -47,10 +48,43 @@ bool MainWindow::eventFilter(QObject* watched, QEvent* event) {
     auto* widget = qobject_cast<QWidget*>(watched);
     if (!widget)
         return QMainWindow::eventFilter(watched, event);
+    if (widget == grid_ && event->type() == QEvent::KeyPress) {
+        auto* e = static_cast<QKeyEvent*>(event);
+        if (isEnter(e)) {
+            gridEnterPressed(selectedGridRow());
+            return true;
+        }
+    }
+    if (event->type() == QEvent::MouseButtonRelease && qobject_cast<QLabel*>(widget)) {
+        const QString name = widget->objectName();
+        if (name == "Label17" || name == "Label21")
+            emit odxRequested();
+        else if ((name == "Label27" || name == "Label28") && onSquareWindow)
+            onSquareWindow();
+        else if (widget == rate_)
+            emit rateSettingsRequested();
+        return QMainWindow::eventFilter(watched, event);
+    }
     // The line edit inside an editable combo box speaks for its box.
     QWidget* field = widget;
     if (auto* combo = qobject_cast<QComboBox*>(widget->parentWidget()))
         field = combo;
+
+    if (field == maxBake_ && event->type() == QEvent::KeyPress) {
+        // Digits and Backspace only, four at most.
+        const auto typed = typedChar(static_cast<QKeyEvent*>(event));
+        if (typed) {
+            QLineEdit* e = maxBake_->lineEdit();
+            return !typed->isDigit() || e->text().size() - e->selectedText().size() >= 4;
+        }
+        return false;
+    }
+    if (field == call_ && event->type() == QEvent::KeyRelease) {
+        const int k = static_cast<QKeyEvent*>(event)->key();
+        if (k != Qt::Key_Up && k != Qt::Key_Down && k != Qt::Key_F9 && k != Qt::Key_PageUp &&
+            k != Qt::Key_PageDown && k != Qt::Key_Shift && k != Qt::Key_Control)
+            emit callTyped(call_->text().trimmed().toUpper());
+    }
 
     switch (event->type()) {
     case QEvent::FocusIn:
@@ -78,6 +112,8 @@ bool MainWindow::eventFilter(QObject* watched, QEvent* event) {
         auto* e = static_cast<QKeyEvent*>(event);
         if (windowKey(e))
             return true;
+        if (field->parentWidget() == correctionLine_)
+            return editFieldKey(field, e);
         if (fieldKey(field, e))
             return true;
         break;
@@ -97,9 +133,7 @@ bool MainWindow::windowKey(QKeyEvent* e) {
             return true;
         }
         if (editing) {
-            correctionLine_->hide();
-            entryRow_->show();
-            focusField(call_, false);
+            closeEditLine(false);
             return true;
         }
         if (workedElsewhere_->isVisible()) {
@@ -131,6 +165,10 @@ bool MainWindow::windowKey(QKeyEvent* e) {
     }
     if (ctrl(e, Qt::Key_T) && editing) {
         focusField(editTime_, true);
+        return true;
+    }
+    if (plain(e, Qt::Key_F1)) {
+        showKeyHelp();
         return true;
     }
     if (plain(e, Qt::Key_F5) && !editing) {

@@ -1,6 +1,8 @@
 #include "ui/startup.h"
 
+#include <QCoreApplication>
 #include <QDir>
+#include <QScreen>
 
 #include "core/capture/capture.h"
 #include "core/util/ports.h"
@@ -27,6 +29,7 @@ constexpr const char* kDefaultLanguage = "<Default>";
 Startup::Startup(std::filesystem::path dataFolder, Dialogs& dialogs, Clock& clock, Beeper& beeper)
     : folder_(std::move(dataFolder)), dialogs_(dialogs), clock_(clock), beeper_(beeper) {
     runLogDialog = [](LogDialog& d) { return d.exec() == QDialog::Accepted; };
+    endProgram = [] { QCoreApplication::exit(0); };
 }
 
 Startup::~Startup() {
@@ -134,13 +137,30 @@ void Startup::applyOptions() {
     window_->setTimeEditable(settings_->get(keys::ZeitEdit));
     window_->setModeSwitch(settings_->get(keys::SSBCWFlip), q(settings_->get(keys::Mode2St)),
                            q(settings_->get(keys::Mode3St)));
-    QObject::connect(window_.get(), &MainWindow::timeEditToggled, window_.get(),
+    window_->setMaxBake(static_cast<int>(settings_->get(keys::MaxBake)));
+}
+
+void Startup::connectWindow() {
+    MainWindow* w = window_.get();
+    QObject::connect(w, &MainWindow::timeEditToggled, w,
                      [this](bool on) { settings_->set(keys::ZeitEdit, on); });
+    QObject::connect(w, &MainWindow::closing, w, [this] { SaveConDat(); });
+    QObject::connect(w, &MainWindow::loadLogRequested, w, [this] { changeLog(); });
 }
 
 void Startup::openLog(LogDialog::Chosen chosen) {
     log_.emplace(std::move(chosen));
     applyOptions();
+    connectWindow();
+    if (const QScreen* screen = window_->screen())
+        window_->applySmallLayout(MainWindow::smallLayoutFor(
+            screen->availableGeometry().height(), static_cast<int>(screen->logicalDotsPerInchY())));
+    bindLog();
+    window_->show();
+    window_->focusNamed("Text3");
+}
+
+void Startup::bindLog() {
     window_->setZeitPlusMinus(log_->zeitPlusMinus);
     window_->setOwnStation(q(log_->myCall), q(log_->myLocator));
     window_->setCurrentMode(q(log_->startMode));
@@ -149,17 +169,38 @@ void Startup::openLog(LogDialog::Chosen chosen) {
     capture_ = std::make_unique<Capture>(
         log_->log, captureConfigFrom(*settings_, log_->log.myData()), clock_, dialogs_, texts_);
     capture_->selectBand(log_->startBand);
-    binding_ = new CaptureBinding(*window_, *capture_, log_->log, beeper_, texts_);
+    binding_ = new CaptureBinding(*window_, *capture_, log_->log, beeper_, texts_, dialogs_,
+                                  settings_.get());
     binding_->setRateSettings(static_cast<int>(settings_->get(keys::Zeitbereich)),
                               static_cast<int>(settings_->get(keys::ZeigerMAX)));
-    QObject::connect(window_.get(), &MainWindow::closing, window_.get(), [this] { SaveConDat(); });
+    QObject::connect(binding_, &CaptureBinding::programMustEnd, window_.get(), [this] {
+        endedWithoutSaving_ = true;
+        window_->hide();
+        endProgram();
+    });
     window_->setWindowTitle(q("OrvantaContest - [" + log_->logFile + "]"));
-    window_->show();
+}
+
+void Startup::changeLog() {
+    LogDialog dialog(*settings_, paths_, texts_, dialogs_, clock_, beeper_, window_.get());
+    const bool chosen = runLogDialog(dialog) && dialog.chosen();
+    window_->clearCallField();
+    if (!chosen)
+        return;
+    // The old log keeps its contest data; then the capture lets go of it
+    // before the new one takes its place.
+    SaveConDat();
+    delete binding_;
+    binding_ = nullptr;
+    capture_.reset();
+    log_.emplace(std::move(*dialog.chosen()));
+    window_->clearLocatorField();
+    bindLog();
     window_->focusNamed("Text3");
 }
 
 void Startup::SaveConDat() {
-    if (!log_)
+    if (!log_ || endedWithoutSaving_)
         return;
     log_->log.writeContestData(log_->contest.ContestName, log_->contest.Zaehl);
     const EntryRow row = window_->entryRow();
@@ -173,6 +214,7 @@ void Startup::SaveConDat() {
         settings_->setOpCalls(ops);
     }
     settings_->set(keys::Prop, text::upper(text::trim(row.prop)));
+    settings_->set(keys::MaxBake, window_->maxBake());
 }
 
 } // namespace orv::ui

@@ -56,6 +56,16 @@ public:
     ContestLog* log() { return log_ ? &log_->log : nullptr; }
     Capture* capture() { return capture_.get(); }
 
+    CaptureBinding* binding() { return binding_; }
+
+    // `MnLoadLog`: the log chooser over the running window; a chosen log
+    // replaces the open one, the band is loaded anew and the call emptied.
+    void changeLog();
+    // Ends the program after the band was emptied, without saving: what is
+    // in memory is stale. Replaced by tests.
+    std::function<void()> endProgram;
+    bool endedWithoutSaving() const { return endedWithoutSaving_; }
+
     // Choosing a language (`MnDefault(n)`).
     void chooseLanguage(const QString& caption);
     // `SaveConDat`: the contest into the log, operator and propagation into
@@ -68,6 +78,8 @@ private:
     void fillLists();
     void applyOptions();
     void openLog(LogDialog::Chosen chosen);
+    void bindLog();
+    void connectWindow();
 
     std::filesystem::path folder_;
     Dialogs& dialogs_;
@@ -81,6 +93,7 @@ private:
     std::optional<LogDialog::Chosen> log_;
     std::unique_ptr<Capture> capture_;
     CaptureBinding* binding_ = nullptr;
+    bool endedWithoutSaving_ = false;
 };
 
 } // namespace orv::ui
