@@ -1,9 +1,11 @@
 #include "ui/features.h"
 
+#include "ui/reference_menus.h"
+
 namespace orv::ui {
 
 void installFeatures(Startup& startup) {
-    (void)startup;
+    installReferenceMenus(startup);
 }
 
 } // namespace orv::ui

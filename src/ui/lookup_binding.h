@@ -1,0 +1,101 @@
+#pragma once
+
+#include <QObject>
+#include <QThreadPool>
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "core/app/app_paths.h"
+#include "core/reference/call_image.h"
+
+class QLabel;
+class QListWidget;
+class QLineEdit;
+class QMenu;
+class QTimer;
+
+namespace orv {
+class Capture;
+class Dialogs;
+class Texts;
+} // namespace orv
+
+namespace orv::ui {
+
+class MainWindow;
+
+// The lookup list `List1` beside the entry row: the call database in memory,
+// searched while the call (`Timer2`) or the locator (`Timer8`) is typed, with
+// the found counter `Label11` and the worked-before lines of the band.
+//
+// The search runs on a worker thread over an image that nobody changes; each
+// key stroke takes a new search generation, which stops a search in flight,
+// and a result that arrives for an old generation is thrown away. Typing
+// therefore never waits for the list.
+class LookupBinding final : public QObject {
+    Q_OBJECT
+public:
+    // `capture` gives the capture of the open log, or null.
+    LookupBinding(MainWindow& window, const AppPaths& paths, const Texts& texts, Dialogs& dialogs,
+                  std::function<Capture*()> capture);
+    ~LookupBinding() override;
+
+    // Load: reads the call database into memory anew. A file that cannot be
+    // read leaves an empty image and shows the reason.
+    void reload();
+    // After a change of the database: IText(260), and the reload on Yes.
+    void offerReload();
+    std::shared_ptr<const QBDatImage> image() const { return image_; }
+
+    // The lines shown at most; the counter counts every record found.
+    static constexpr std::size_t kMaxListLines = 500;
+
+    // The entries of the list's context menu, also used by the comparison.
+    static QString callOfLine(const QString& line);
+    static QString locatorOfLine(const QString& line);
+
+signals:
+    // A search result is in the list.
+    void listShown();
+
+private:
+    enum class Kind { Call, Locator };
+    struct Outcome;
+
+    bool eventFilter(QObject* watched, QEvent* event) override;
+    void typed(Kind kind);
+    void startSearch(Kind kind);
+    void show(const Outcome& outcome);
+    void moveSelection(int key);
+    void contextMenu(const QPoint& pos);
+    void takeRow(int key);
+    void takeCallOnly();
+    void noteForEditor();
+    std::vector<std::string> workedOnLocator(const std::string& locPart,
+                                             const std::string& callPart) const;
+
+    MainWindow& window_;
+    AppPaths paths_;
+    const Texts& texts_;
+    Dialogs& dialogs_;
+    std::function<Capture*()> capture_;
+    std::shared_ptr<const QBDatImage> image_;
+
+    QLineEdit* call_ = nullptr;
+    QLineEdit* locator_ = nullptr;
+    QListWidget* list_ = nullptr;
+    QLabel* found_ = nullptr;
+    QMenu* menu_ = nullptr;
+    QTimer* timer2_ = nullptr;
+    QTimer* timer8_ = nullptr;
+    QString callText_;
+    QString locText_;
+
+    SearchGeneration generation_;
+    QThreadPool pool_;
+};
+
+} // namespace orv::ui
