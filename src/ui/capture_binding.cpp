@@ -1,6 +1,5 @@
 #include "ui/capture_binding.h"
 
-#include <QStringList>
 #include <QTimer>
 #include <cmath>
 
@@ -57,7 +56,6 @@ CaptureBinding::CaptureBinding(MainWindow& window, Capture& capture, ContestLog&
     connect(&window_, &MainWindow::locatorEdited, this, &CaptureBinding::preview);
     connect(&window_, &MainWindow::editLocatorEdited, this, &CaptureBinding::editPreview);
     connect(&window_, &MainWindow::callLeft, this, &CaptureBinding::checkCall);
-    connect(&window_, &MainWindow::callTyped, this, &CaptureBinding::lookup);
     connect(&window_, &MainWindow::editRequested, this, &CaptureBinding::EditView);
     connect(&window_, &MainWindow::markDeletedRequested, this, &CaptureBinding::MnMarkASKill);
     connect(&window_, &MainWindow::restoreRequested, this, &CaptureBinding::MnGrid1KillRetur);
@@ -148,7 +146,6 @@ void CaptureBinding::commit() {
     window_.setLast(QString::fromStdString(capture_.lastCall()),
                     QString::fromStdString(capture_.lastLocator()));
     showFigures();
-    window_.setLookupLines({});
     window_.readyForNext();
 }
 
@@ -202,19 +199,6 @@ void CaptureBinding::checkCall(const QString& call) {
         window_.showDuplicate(*dup);
     }
     window_.showWorkedElsewhere(capture_.WorkAlso(call.toStdString()));
-}
-
-void CaptureBinding::lookup(const QString& call) {
-    // The worked-before marks of a typed part of a call; shorter texts
-    // would match most of the band.
-    QStringList lines;
-    if (call.size() > 2) {
-        const auto found = capture_.workedBeforeLines(call.toStdString(), nullptr);
-        lines.reserve(static_cast<qsizetype>(found.size()));
-        for (const std::string& l : found)
-            lines << QString::fromStdString(l);
-    }
-    window_.setLookupLines(lines);
 }
 
 void CaptureBinding::resolveDuplicate() {

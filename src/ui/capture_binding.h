@@ -60,7 +60,6 @@ private:
     void preview(const QString& locator);
     void editPreview(const QString& locator);
     void checkCall(const QString& call);
-    void lookup(const QString& call);
     void resolveDuplicate();
     void showFigures();
     void refreshRow(long row);

@@ -142,7 +142,8 @@ public:
     // `Combo10`: the maximum number of beacon calls.
     void setMaxBake(int n);
     int maxBake() const;
-    // The worked-before lines of the lookup list.
+
+    // The lines of the lookup list `List1`, the first one selected.
     void setLookupLines(const QStringList& lines);
 
     // The key help `Form3` (modeless) and the about box `Form10`.
@@ -188,8 +189,6 @@ signals:
     // The call field lost the focus with this text; the locator field changed.
     void callLeft(const QString& call);
     void locatorEdited(const QString& locator);
-    // The call field's text as typed (key-up); the lookup list follows it.
-    void callTyped(const QString& call);
     void editLocatorEdited(const QString& locator);
     // Grid row actions: correct, mark deleted, restore (after the question
     // of a double click, which the binding asks).

@@ -1,5 +1,5 @@
 // Parts of the main window around the entry row: the loading panel, the
-// beacon count, the lookup list, the key help, the about box, the small
+// beacon count, the key help, the about box, the small
 // layout for low screens and the date panel.
 #include <QApplication>
 #include <QComboBox>

@@ -79,12 +79,6 @@ bool MainWindow::eventFilter(QObject* watched, QEvent* event) {
         }
         return false;
     }
-    if (field == call_ && event->type() == QEvent::KeyRelease) {
-        const int k = static_cast<QKeyEvent*>(event)->key();
-        if (k != Qt::Key_Up && k != Qt::Key_Down && k != Qt::Key_F9 && k != Qt::Key_PageUp &&
-            k != Qt::Key_PageDown && k != Qt::Key_Shift && k != Qt::Key_Control)
-            emit callTyped(call_->text().trimmed().toUpper());
-    }
 
     switch (event->type()) {
     case QEvent::FocusIn:

@@ -7,7 +7,6 @@
 #include <QComboBox>
 #include <QLabel>
 #include <QLineEdit>
-#include <QListWidget>
 #include <QMenu>
 #include <QPushButton>
 #include <QTableView>
@@ -412,21 +411,6 @@ private slots:
         QCOMPARE(orv::ContestLog::open(*dir / "Logs" / "second.sqlite").value().rows(1).size(),
                  std::size_t{1});
         QCOMPARE(stored().size(), std::size_t{1});
-    }
-
-    void typedCallShowsTheWorkedBeforeLines() {
-        logQso("DL1AAA", "JO31AA");
-        logQso("OK1AAA", "JN79AA");
-        logQso("DL2BBB", "JO52AA");
-        // Two characters are not searched; the third finds the call anywhere.
-        QTest::keyClicks(edit("Text3"), "AA");
-        auto* list = w->findChild<QListWidget*>("List1");
-        QCOMPARE(list->count(), 0);
-        QTest::keyClick(edit("Text3"), Qt::Key_A);
-        QCOMPARE(list->count(), 2);
-        QVERIFY(list->item(0)->text().startsWith("DL1AAA       JO31AA "));
-        QVERIFY(list->item(1)->text().startsWith("OK1AAA       JN79AA "));
-        QVERIFY(list->item(0)->text().endsWith("***** BEREITS GEARBEITET *****"));
     }
 
     void smallLayoutIsForLowScreens_data() {
