@@ -82,6 +82,8 @@ CaptureBinding::CaptureBinding(MainWindow& window, Capture& capture, ContestLog&
 }
 
 CaptureBinding::~CaptureBinding() {
+    // The grid must not ask a capture that is going away for its cells.
+    window_.logGrid().setRows({});
     window_.onCommit = nullptr;
     window_.onEditCommit = nullptr;
     window_.onResolveDuplicate = nullptr;
@@ -89,11 +91,10 @@ CaptureBinding::~CaptureBinding() {
 }
 
 void CaptureBinding::showBand() {
-    std::vector<LogGridModel::Row> rows;
-    rows.reserve(capture_.state().rows().size());
-    for (const GridRow& r : capture_.state().rows())
-        rows.push_back(toRow(r));
-    window_.logGrid().setRows(std::move(rows));
+    // The grid makes its cells from the band state as it shows them.
+    window_.logGrid().setSource(static_cast<int>(capture_.state().rows().size()), [this](int r) {
+        return toRow(capture_.state().rows().at(static_cast<std::size_t>(r)));
+    });
     window_.setNextSerial(QString::fromStdString(capture_.state().nextSerial()));
     window_.setLast(QString::fromStdString(capture_.lastCall()),
                     QString::fromStdString(capture_.lastLocator()));

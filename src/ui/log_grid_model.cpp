@@ -51,14 +51,33 @@ int LogGridModel::columnTwips(int column) {
 
 void LogGridModel::setRows(std::vector<Row> rows) {
     beginResetModel();
-    rows_ = std::move(rows);
+    source_ = nullptr;
+    rows_.clear();
+    rows_.reserve(rows.size());
+    for (Row& r : rows)
+        rows_.emplace_back(std::move(r));
     endResetModel();
+}
+
+void LogGridModel::setSource(int count, std::function<Row(int)> cellsOf) {
+    beginResetModel();
+    source_ = std::move(cellsOf);
+    rows_.clear();
+    rows_.resize(static_cast<std::size_t>(std::max(0, count)));
+    endResetModel();
+}
+
+const LogGridModel::Row& LogGridModel::row(int r) const {
+    std::optional<Row>& slot = rows_.at(static_cast<std::size_t>(r));
+    if (!slot)
+        slot = source_ ? source_(r) : Row{};
+    return *slot;
 }
 
 void LogGridModel::appendRow(Row row) {
     const int at = static_cast<int>(rows_.size());
     beginInsertRows({}, at, at);
-    rows_.push_back(std::move(row));
+    rows_.emplace_back(std::move(row));
     endInsertRows();
 }
 

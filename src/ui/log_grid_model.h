@@ -3,6 +3,8 @@
 #include <QAbstractTableModel>
 #include <QStringList>
 #include <array>
+#include <functional>
+#include <optional>
 #include <vector>
 
 namespace orv {
@@ -49,9 +51,13 @@ public:
     static int columnTwips(int column);
 
     void setRows(std::vector<Row> rows);
+    // A band of `count` rows whose cells are made when the view first asks
+    // for them: a band change then costs nothing per row here, however long
+    // the band. `cellsOf` must answer for every row until the next reset.
+    void setSource(int count, std::function<Row(int)> cellsOf);
     void appendRow(Row row);
     void updateRow(int row, Row cells);
-    const Row& row(int r) const { return rows_.at(static_cast<std::size_t>(r)); }
+    const Row& row(int r) const;
     bool isDeleted(int r) const;
 
     int rowCount(const QModelIndex& parent = {}) const override;
@@ -60,7 +66,9 @@ public:
     QVariant headerData(int section, Qt::Orientation o, int role) const override;
 
 private:
-    std::vector<Row> rows_;
+    // Rows made so far; the others are made from `source_` on demand.
+    mutable std::vector<std::optional<Row>> rows_;
+    std::function<Row(int)> source_;
     QStringList headers_;
 };
 

@@ -260,8 +260,11 @@ void MainWindow::buildMenus() {
     };
     gridMenu_ = popup("MnMSFlexGrid1");
     connect(entry(gridMenu_, "MnGrid1Edit", true), &QAction::triggered, this, [this] {
-        if (gridMenuRow_ >= 0)
-            emit editRequested(gridMenuRow_);
+        if (gridMenuRow_ < 0)
+            return;
+        emit editRequested(gridMenuRow_);
+        if (editLineOpen())
+            focusField(correctionLine_->findChild<QLineEdit*>("Text33"), true);
     });
     connect(entry(gridMenu_, "MnMarkASKill", true), &QAction::triggered, this, [this] {
         if (gridMenuRow_ >= 0)

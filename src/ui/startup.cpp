@@ -33,7 +33,10 @@ Startup::Startup(std::filesystem::path dataFolder, Dialogs& dialogs, Clock& cloc
 }
 
 Startup::~Startup() {
-    // The binding lives under the window; the capture must outlive it.
+    // The binding goes first, while the window and the capture it binds
+    // are still whole.
+    delete binding_;
+    binding_ = nullptr;
     window_.reset();
     capture_.reset();
 }

@@ -9,10 +9,12 @@
 #include <QLineEdit>
 #include <QMenu>
 #include <QPushButton>
+#include <QRegularExpression>
 #include <QTableView>
 #include <QTableWidget>
 #include <QTest>
 
+#include "core/locator/square_window.h"
 #include "core/logstore/contest_log.h"
 #include "core/settings/ini_file.h"
 #include "platform/qt_dialogs.h"
@@ -389,6 +391,35 @@ private slots:
         QVERIFY(sq);
         QCOMPARE(sq->grid()->item(12, 12)->background().color(), QColor(0, 255, 0));
         sq->close();
+    }
+
+    void squareWindowStoppedInTheWestStaysUnpainted() {
+        // "AA" has no square to its west: the walk stops with a beep.
+        const int beeps = beeper.beeps;
+        const orv::LocFenster f = orv::LocUnt("AB12CD", "", beeper);
+        QCOMPARE(beeper.beeps, beeps + 1);
+        orv::ui::SquareWindow sq(f, 0, "144", app->texts());
+        QVERIFY(!sq.grid()->updatesEnabled());
+        QCOMPARE(sq.grid()->item(12, 12)->text(), QString("AB12"));
+        QCOMPARE(sq.grid()->item(0, 0)->text(), QString());
+    }
+
+    void bearingCarriesItsDecimalWithAntenneKomma() {
+        edit("Text7")->setText("JO31AA");
+        QVERIFY(!edit("Text12")->text().contains('.'));
+        orv::test::TempDir other;
+        orv::test::writeFile(other / "OrvantaContest.INI",
+                             "[QB]\nEinverstanden=-1\n[QB-OPTION]\nAntenneKomma=-1\n");
+        Startup s(other.path(), dialogs, clock, beeper);
+        s.runLogDialog = createLog("komma");
+        QCOMPARE(s.run(), Startup::Outcome::Run);
+        auto* bearing = s.window()->findChild<QLineEdit*>("Text12");
+        s.window()->findChild<QLineEdit*>("Text7")->setText("JO31AA");
+        QVERIFY2(QRegularExpression("^\\d+\\.\\d°$").match(bearing->text()).hasMatch(),
+                 qPrintable(bearing->text()));
+        // Partial locators are previewed with the decimal as well.
+        s.window()->findChild<QLineEdit*>("Text7")->setText("JO3");
+        QVERIFY(bearing->text().contains('.'));
     }
 
     void changingTheLogBindsTheNewOne() {

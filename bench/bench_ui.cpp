@@ -1,0 +1,227 @@
+// The real main window, offscreen, over a log whose bands hold 20,000 QSOs:
+//  - a key press in the call field and in the locator field, each measured
+//    as the key event plus the event processing that follows it, against a
+//    key press into a plain QLineEdit in the same run;
+//  - a band change between two bands of 20,000 QSOs.
+// Each benchmark reports the median and the 99th percentile of its samples.
+#include <benchmark/benchmark.h>
+
+#include <QApplication>
+#include <QComboBox>
+#include <QLineEdit>
+#include <QTest>
+#include <algorithm>
+#include <chrono>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "core/logstore/contest_log.h"
+#include "core/util/sqlite.h"
+#include "platform/qt_dialogs.h"
+#include "ui/log_dialog.h"
+#include "ui/main_window.h"
+#include "ui/startup.h"
+
+using namespace orv;
+using Clock_ = std::chrono::steady_clock;
+
+namespace {
+
+constexpr int kRows = 20000;
+constexpr int k144 = 1;
+constexpr int k432 = 2;
+
+class FixedClock final : public Clock {
+public:
+    DateTime now() const override { return DateTime{2026, 5, 2, 14, 30, 0}; }
+};
+
+std::filesystem::path tempFolder() {
+    std::string t = (std::filesystem::temp_directory_path() / "orvanta-bench-ui-XXXXXX").string();
+    if (!mkdtemp(t.data()))
+        std::abort();
+    return t;
+}
+
+// Distinct calls and locators spread over Europe, in one transaction per band.
+void fill(ContestLog& log, const char* table, int band) {
+    sql::Transaction tx(log.db());
+    auto st = log.db().prepare(
+        std::string("INSERT INTO \"") + table +
+        "\" (Call, Locator, QRG, DatTime, RSTgeg, QSONr, RSTerh, QRB, QSL, Notice, Mod, Dupe, "
+        "Name, ModRX, AusBr, ErrQSO, OPCall) VALUES (?1, ?2, ?3, '2026-05-02 10:00:00', '59', "
+        "?4, '59001', ?5, 0, '', 'SSB', 0, '', 'SSB', '', 0, '')");
+    for (int i = 1; i <= kRows; ++i) {
+        std::string loc = "JO00AA";
+        loc[0] = static_cast<char>('I' + i % 3);
+        loc[1] = static_cast<char>('M' + i % 4);
+        loc[2] = static_cast<char>('0' + i % 10);
+        loc[3] = static_cast<char>('0' + (i / 10) % 10);
+        loc[4] = static_cast<char>('A' + i % 24);
+        loc[5] = static_cast<char>('A' + (i / 24) % 24);
+        st.bind(1, "K" + std::to_string(i) + "AB")
+            .bind(2, loc)
+            .bind(3, band == k144 ? "144" : "432")
+            .bind(4, i)
+            .bind(5, 100 + i % 900);
+        st.run();
+    }
+    tx.commit();
+    log.writeTotals(band, BandTotals{500LL * kRows, 999, 1});
+}
+
+// A data folder with one log of two full bands, opened by the real start-up.
+struct Program {
+    std::filesystem::path dir = tempFolder();
+    FixedClock clock;
+    SilentBeeper beeper;
+    platform::QtDialogs dialogs;
+    std::unique_ptr<ui::Startup> startup;
+
+    Program() {
+        std::filesystem::create_directories(dir / "Logs");
+        {
+            std::ofstream ini(dir / "OrvantaContest.INI");
+            ini << "[QB]\nEinverstanden=-1\nStartQRG=1\n";
+        }
+        {
+            ContestLog log = ContestLog::create(dir / "Logs" / "bench.sqlite",
+                                                NewLogData{"OE1ABC", "JN78DF", "Bench", {}});
+            fill(log, "144MHz", k144);
+            fill(log, "432MHz", k432);
+        }
+        // Questions are answered with their default, never shown.
+        platform::QtDialogs::setRecording(true);
+        startup = std::make_unique<ui::Startup>(dir, dialogs, clock, beeper);
+        startup->runLogDialog = [](ui::LogDialog& d) {
+            d.openExisting("bench");
+            return d.result() == QDialog::Accepted;
+        };
+        if (startup->run() != ui::Startup::Outcome::Run)
+            std::abort();
+        window()->selectBand(k144);
+        window()->activateWindow();
+        QApplication::processEvents();
+    }
+    ~Program() {
+        startup.reset();
+        std::filesystem::remove_all(dir);
+    }
+    ui::MainWindow* window() { return startup->window(); }
+};
+
+// Made on first use and ended in main, while the application still stands.
+std::unique_ptr<Program> theProgram;
+Program& program() {
+    if (!theProgram)
+        theProgram = std::make_unique<Program>();
+    return *theProgram;
+}
+
+double percentile(std::vector<double> v, double p) {
+    if (v.empty())
+        return 0;
+    std::sort(v.begin(), v.end());
+    const auto at = static_cast<std::size_t>(p * static_cast<double>(v.size() - 1) + 0.5);
+    return v[std::min(at, v.size() - 1)];
+}
+
+void report(benchmark::State& state, const std::vector<double>& ms) {
+    state.counters["p50_ms"] = percentile(ms, 0.50);
+    state.counters["p99_ms"] = percentile(ms, 0.99);
+    state.counters["max_ms"] = percentile(ms, 1.0);
+}
+
+// Types `texts` into `field` in turn, one measured key press each; the field
+// is emptied (unmeasured) after each text.
+void typeInto(benchmark::State& state, QLineEdit* field, const std::vector<std::string>& texts) {
+    field->setFocus(Qt::OtherFocusReason);
+    QApplication::processEvents();
+    std::vector<double> ms;
+    std::size_t word = 0, pos = 0;
+    for (auto _ : state) {
+        const std::string& w = texts[word];
+        const auto t0 = Clock_::now();
+        QTest::keyClick(field, w[pos]);
+        QApplication::processEvents();
+        const double s = std::chrono::duration<double>(Clock_::now() - t0).count();
+        state.SetIterationTime(s);
+        ms.push_back(s * 1000);
+        if (++pos == w.size()) {
+            state.PauseTiming();
+            field->clear();
+            QApplication::processEvents();
+            pos = 0;
+            word = (word + 1) % texts.size();
+            state.ResumeTiming();
+        }
+    }
+    report(state, ms);
+}
+
+const std::vector<std::string> kCalls = {"K19AB", "K7001AB", "DL1ABC", "K123", "OK1KHL"};
+const std::vector<std::string> kLocators = {"JO62QM", "JN78DF", "IO91VL", "KN19AA"};
+
+void BM_KeyPressPlainLineEdit(benchmark::State& state) {
+    program();
+    QWidget holder;
+    auto* edit = new QLineEdit(&holder);
+    holder.show();
+    holder.activateWindow();
+    QApplication::processEvents();
+    typeInto(state, edit, kCalls);
+}
+
+void BM_KeyPressCallField(benchmark::State& state) {
+    typeInto(state, program().window()->findChild<QLineEdit*>("Text3"), kCalls);
+}
+
+void BM_KeyPressLocatorField(benchmark::State& state) {
+    typeInto(state, program().window()->findChild<QLineEdit*>("Text7"), kLocators);
+}
+
+void BM_BandChange(benchmark::State& state) {
+    ui::MainWindow* w = program().window();
+    std::vector<double> ms;
+    int band = w->currentBand() == k144 ? k432 : k144;
+    for (auto _ : state) {
+        const auto t0 = Clock_::now();
+        w->selectBand(band);
+        QApplication::processEvents();
+        const double s = std::chrono::duration<double>(Clock_::now() - t0).count();
+        state.SetIterationTime(s);
+        ms.push_back(s * 1000);
+        band = band == k144 ? k432 : k144;
+    }
+    report(state, ms);
+}
+
+} // namespace
+
+BENCHMARK(BM_KeyPressPlainLineEdit)
+    ->UseManualTime()
+    ->Iterations(2000)
+    ->Unit(benchmark::kMicrosecond);
+BENCHMARK(BM_KeyPressCallField)->UseManualTime()->Iterations(2000)->Unit(benchmark::kMicrosecond);
+BENCHMARK(BM_KeyPressLocatorField)
+    ->UseManualTime()
+    ->Iterations(2000)
+    ->Unit(benchmark::kMicrosecond);
+BENCHMARK(BM_BandChange)->UseManualTime()->Iterations(40)->Unit(benchmark::kMillisecond);
+
+int main(int argc, char** argv) {
+    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+    QApplication app(argc, argv);
+    benchmark::Initialize(&argc, argv);
+    if (benchmark::ReportUnrecognizedArguments(argc, argv))
+        return 1;
+    benchmark::RunSpecifiedBenchmarks();
+    benchmark::Shutdown();
+    theProgram.reset();
+    return 0;
+}
