@@ -1,0 +1,524 @@
+#include "ui/evaluation_window.h"
+
+#include <QCloseEvent>
+#include <QComboBox>
+#include <QGridLayout>
+#include <QGroupBox>
+#include <QHBoxLayout>
+#include <QHeaderView>
+#include <QLabel>
+#include <QPushButton>
+#include <QTableWidget>
+#include <QVBoxLayout>
+#include <algorithm>
+
+#include "core/i18n/texts.h"
+#include "core/locator/square_window.h"
+#include "core/logstore/contest_log.h"
+#include "core/reference/call_db.h"
+#include "core/reference/call_db_merge.h"
+#include "core/reference/country_list.h"
+#include "core/settings/settings.h"
+#include "core/util/ports.h"
+#include "core/util/text.h"
+#include "ui/adif_dialog.h"
+#include "ui/edi_dialog.h"
+#include "ui/square_window.h"
+#include "ui/submission_menus.h"
+
+namespace orv::ui {
+namespace {
+
+QString q(const std::string& s) {
+    return QString::fromStdString(s);
+}
+QString q(std::string_view s) {
+    return QString::fromUtf8(s.data(), static_cast<qsizetype>(s.size()));
+}
+
+// Captions carry the accelerator mark of the old forms; a title does not.
+QString plain(const std::string& s) {
+    return q(s).remove('&');
+}
+
+int twipsToPixels(const QWidget* w, int twips) {
+    return twips * w->logicalDpiX() / 1440;
+}
+
+Qt::Alignment toQt(CellAlign a) {
+    switch (a) {
+    case CellAlign::Right:
+        return Qt::AlignRight | Qt::AlignVCenter;
+    case CellAlign::Centre:
+        return Qt::AlignCenter;
+    case CellAlign::Left:
+        break;
+    }
+    return Qt::AlignLeft | Qt::AlignVCenter;
+}
+
+QString number(std::int64_t n) {
+    return QString::number(static_cast<long long>(n));
+}
+
+QLabel* figureLabel(const char* name, QWidget* parent) {
+    auto* l = new QLabel("0", parent);
+    l->setObjectName(name);
+    l->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
+    l->setMinimumWidth(60);
+    return l;
+}
+
+// Header cells of the grids: the sorted column red when ascending, blue when
+// descending, all others black.
+const QColor kAscending(Qt::red);
+const QColor kDescending(Qt::blue);
+
+} // namespace
+
+EvaluationWindow::EvaluationWindow(const AppPaths& paths, Settings& settings, const Texts& texts,
+                                   Dialogs& dialogs, Clock& clock, Beeper& beeper,
+                                   const std::string& logName, int band, QWidget* parent)
+    : QWidget(parent, Qt::Window), paths_(paths), settings_(settings), texts_(texts),
+      dialogs_(dialogs), clock_(clock), beeper_(beeper) {
+    setObjectName("Form5");
+    setWindowTitle(plain(texts_(86)));
+    // An unreadable or empty country list counts no countries rather than
+    // refusing every call of the log.
+    try {
+        auto list = std::make_unique<CountryList>(CountryList::load(paths_.countryDbPath()));
+        if (!list->empty())
+            countries_ = std::move(list);
+    } catch (const std::exception&) {
+        countries_.reset();
+    }
+    callDbCountAtOpen_ = callDbCount();
+    buildUi();
+    Grid1Set();
+    fillLogs(logName);
+    {
+        const QSignalBlocker block(bandBox_);
+        bandBox_->setCurrentIndex(std::clamp(band, 0, kBandCount - 1));
+    }
+    paintBandButtons();
+    evaluate();
+}
+
+EvaluationWindow::~EvaluationWindow() = default;
+
+void EvaluationWindow::buildUi() {
+    auto* top = new QVBoxLayout(this);
+
+    auto* choose = new QHBoxLayout;
+    logBox_ = new QComboBox(this);
+    logBox_->setObjectName("Combo2");
+    logBox_->setMinimumWidth(180);
+    choose->addWidget(logBox_);
+    bandBox_ = new QComboBox(this);
+    bandBox_->setObjectName("Combo1");
+    for (const Band& b : kBands)
+        bandBox_->addItem(q(b.boxText));
+    choose->addWidget(bandBox_);
+    for (int i = 0; i < kBandCount; ++i) {
+        auto* b = new QPushButton(q(kBands[static_cast<std::size_t>(i)].caption), this);
+        b->setObjectName(QString("BandSel(%1)").arg(i));
+        b->setAutoFillBackground(true);
+        connect(b, &QPushButton::clicked, this, [this, i] { bandBox_->setCurrentIndex(i); });
+        bandButtons_[static_cast<std::size_t>(i)] = b;
+        choose->addWidget(b);
+    }
+    choose->addStretch(1);
+    top->addLayout(choose);
+    connect(logBox_, &QComboBox::currentIndexChanged, this, [this] { evaluate(); });
+    connect(bandBox_, &QComboBox::currentIndexChanged, this, [this] {
+        paintBandButtons();
+        if (!logBox_->currentText().isEmpty())
+            evaluate();
+    });
+
+    auto* middle = new QHBoxLayout;
+    grid_ = new QTableWidget(this);
+    grid_->setObjectName("MSFlexGrid1");
+    grid_->setEditTriggers(QAbstractItemView::NoEditTriggers);
+    grid_->verticalHeader()->hide();
+    grid_->setSelectionBehavior(QAbstractItemView::SelectRows);
+    grid_->horizontalHeader()->setSectionsClickable(true);
+    connect(grid_->horizontalHeader(), &QHeaderView::sectionClicked, this,
+            &EvaluationWindow::sortGrid);
+    middle->addWidget(grid_, 1);
+
+    auto* side = new QVBoxLayout;
+    auto* stats = new QGroupBox(plain(texts_(201)), this);
+    stats->setObjectName("FrameStatistik");
+    auto* sg = new QGridLayout(stats);
+    int row = 0;
+    auto add = [&](QWidget* caption, QLabel* value) {
+        sg->addWidget(caption, row, 0);
+        sg->addWidget(value, row, 1);
+        ++row;
+    };
+    auto caption = [&](const QString& text) { return new QLabel(text, stats); };
+    // The locator and square captions are buttons: a click shows the list.
+    auto* locCaption = new QPushButton(q(texts_(149)), stats);
+    locCaption->setObjectName("LabelLocatoren");
+    locCaption->setFlat(true);
+    connect(locCaption, &QPushButton::clicked, this, &EvaluationWindow::showLocators);
+    auto* sqCaption = new QPushButton(q(texts_(26)) + ":", stats);
+    sqCaption->setObjectName("LabelGrossfelder");
+    sqCaption->setFlat(true);
+    connect(sqCaption, &QPushButton::clicked, this, &EvaluationWindow::showSquares);
+    figures_.locators = figureLabel("Label3", stats);
+    figures_.grossfelder = figureLabel("Label28", stats);
+    figures_.countries = figureLabel("Label4", stats);
+    figures_.multiplier = figureLabel("Label7", stats);
+    figures_.dupes = figureLabel("Label8", stats);
+    figures_.deleted = figureLabel("Label11", stats);
+    figures_.qsos = figureLabel("Label18", stats);
+    figures_.score = figureLabel("Label19", stats);
+    figures_.kmPerQso = figureLabel("Label20", stats);
+    figures_.odx = figureLabel("Label21", stats);
+    add(caption(q(texts_(95)) + ":"), figures_.qsos);
+    add(caption("Score:"), figures_.score);
+    add(caption(q(texts_(163))), figures_.kmPerQso);
+    add(caption(q(texts_(169)) + ":"), figures_.odx);
+    add(caption(q(texts_(186)) + ":"), figures_.multiplier);
+    add(caption("Duper:"), figures_.dupes);
+    add(caption("ERR:"), figures_.deleted);
+    add(locCaption, figures_.locators);
+    add(sqCaption, figures_.grossfelder);
+    add(caption(q(texts_(162))), figures_.countries);
+    side->addWidget(stats);
+
+    countryGrid_ = new QTableWidget(this);
+    countryGrid_->setObjectName("MSFlexGrid2");
+    countryGrid_->setEditTriggers(QAbstractItemView::NoEditTriggers);
+    countryGrid_->verticalHeader()->hide();
+    connect(countryGrid_->horizontalHeader(), &QHeaderView::sectionClicked, this,
+            &EvaluationWindow::sortCountries);
+    side->addWidget(countryGrid_, 1);
+
+    qrgPanel_ = new AdifQrgPanel(settings_, texts_, this);
+    side->addWidget(qrgPanel_);
+    middle->addLayout(side);
+    top->addLayout(middle, 1);
+
+    auto* buttons = new QHBoxLayout;
+    auto button = [&](const char* name, const QString& text, auto slot) {
+        auto* b = new QPushButton(text, this);
+        b->setObjectName(name);
+        connect(b, &QPushButton::clicked, this, slot);
+        buttons->addWidget(b);
+        return b;
+    };
+    button("Command1", q(texts_(86)), [this] { evaluate(); });
+    button("Command2", "EDI-Export", [this] { openEdi(); });
+    // Printing lays the grids out on pages; the program has no printout yet.
+    button("Command3", q(texts_(98)), [] {})->setEnabled(false);
+    button("Command4", q(texts_(181)), [this] { exportText(); });
+    button("Command5", q(texts_(94)), [this] { exportAdif(); });
+    button("Command7", "QRG", [this] { qrgPanel_->open(); });
+    buttons->addStretch(1);
+    top->addLayout(buttons);
+    resize(1100, 600);
+}
+
+void EvaluationWindow::Grid1Set() {
+    const auto& cols = evalColumns();
+    grid_->setColumnCount(kEvalColumns);
+    for (int c = 0; c < kEvalColumns; ++c) {
+        const EvalColumn& col = cols[static_cast<std::size_t>(c)];
+        auto* h = new QTableWidgetItem(col.headerText ? q(texts_(col.headerText)) : QString());
+        h->setTextAlignment(col.centredHeader ? Qt::AlignCenter : Qt::AlignLeft | Qt::AlignVCenter);
+        h->setForeground(Qt::black);
+        grid_->setHorizontalHeaderItem(c, h);
+        if (col.width == 0)
+            grid_->setColumnHidden(c, true);
+        else
+            grid_->setColumnWidth(c, twipsToPixels(grid_, col.width));
+    }
+    const auto& ccols = countryColumns();
+    countryGrid_->setColumnCount(2);
+    for (int c = 0; c < 2; ++c) {
+        const EvalColumn& col = ccols[static_cast<std::size_t>(c)];
+        auto* h = new QTableWidgetItem(q(texts_(col.headerText)));
+        h->setTextAlignment(col.centredHeader ? Qt::AlignCenter : Qt::AlignLeft | Qt::AlignVCenter);
+        h->setForeground(Qt::black);
+        countryGrid_->setHorizontalHeaderItem(c, h);
+        countryGrid_->setColumnWidth(c, twipsToPixels(countryGrid_, col.width));
+    }
+}
+
+void EvaluationWindow::fillLogs(const std::string& select) {
+    const QSignalBlocker block(logBox_);
+    logBox_->clear();
+    std::vector<std::string> names;
+    std::error_code ec;
+    for (const auto& e : std::filesystem::directory_iterator(paths_.logsPath(), ec)) {
+        if (e.is_regular_file(ec) && text::iequals(e.path().extension().string(), ".sqlite"))
+            names.push_back(e.path().stem().string());
+    }
+    std::sort(names.begin(), names.end());
+    for (const std::string& n : names)
+        logBox_->addItem(q(n));
+    logBox_->setCurrentIndex(logBox_->findText(q(select)));
+}
+
+int EvaluationWindow::band() const {
+    return bandBox_->currentIndex();
+}
+
+std::string EvaluationWindow::logName() const {
+    return logBox_->currentText().toStdString();
+}
+
+std::int64_t EvaluationWindow::callDbCount() const {
+    std::error_code ec;
+    if (!std::filesystem::is_regular_file(paths_.callDbPath(), ec))
+        return 0;
+    try {
+        CallDbStore store(paths_.callDbPath());
+        return store.count();
+    } catch (const std::exception&) {
+        return 0;
+    }
+}
+
+std::optional<std::filesystem::path> EvaluationWindow::chosenLogFile() {
+    const std::string name = text::trim(logName());
+    if (name.empty())
+        return std::nullopt;
+    const auto file = paths_.logFile(name);
+    std::error_code ec;
+    if (!std::filesystem::is_regular_file(file, ec)) {
+        dialogs_.inform(texts_(415) + "\n" + file.string(), Icon::Critical);
+        return std::nullopt;
+    }
+    return file;
+}
+
+void EvaluationWindow::clearShown() {
+    ev_.reset();
+    gridSorter_ = {};
+    countrySorter_ = {};
+    grid_->setRowCount(0);
+    countryGrid_->setRowCount(0);
+    paintSortHeader(grid_, -1, GridSorter::Direction::None);
+    paintSortHeader(countryGrid_, -1, GridSorter::Direction::None);
+    for (QLabel* l : {figures_.locators, figures_.grossfelder, figures_.countries,
+                      figures_.multiplier, figures_.dupes, figures_.deleted, figures_.qsos,
+                      figures_.score, figures_.kmPerQso, figures_.odx})
+        l->setText("0");
+}
+
+bool EvaluationWindow::evaluate() {
+    // The band box is set while an evaluation reads the log; one run at a time.
+    if (running_)
+        return false;
+    running_ = true;
+    struct Done {
+        bool& flag;
+        ~Done() { flag = false; }
+    } done{running_};
+
+    clearShown();
+    const auto file = chosenLogFile();
+    if (!file) {
+        paintBandButtons();
+        return false;
+    }
+    try {
+        Result<ContestLog> log = ContestLog::open(*file);
+        if (!log) {
+            // Too old a log: IText(208), and nothing is evaluated.
+            dialogs_.inform(texts_(log.failure().text), Icon::Critical);
+            paintBandButtons();
+            return false;
+        }
+        // The evaluated log's QSOs go into the call database first, so that
+        // its calls are known the next time (bands already merged stay).
+        try {
+            DBAktual(paths_, log.value(), text::trim(logName()));
+        } catch (const std::exception& e) {
+            dialogs_.inform(texts_(10) + "\n" + e.what(), Icon::Critical);
+        }
+        ev_ = orv::evaluate(log.value(), band(), countries_.get());
+    } catch (const std::exception& e) {
+        dialogs_.inform(texts_(10) + "\n" + e.what(), Icon::Critical);
+        paintBandButtons();
+        return false;
+    }
+    showEvaluation();
+    for (const std::string& call : ev_->callsWithoutCountry)
+        dialogs_.inform(texts_(291) + "\n\n" + call, Icon::Information);
+    return true;
+}
+
+const Evaluation* EvaluationWindow::evaluateBand(int b) {
+    if (b < 0 || b >= kBandCount)
+        return nullptr;
+    if (bandBox_->currentIndex() != b)
+        bandBox_->setCurrentIndex(b); // runs the evaluation
+    else
+        evaluate();
+    return evaluation();
+}
+
+namespace {
+
+void fillRow(QTableWidget* grid, int r, const EvalRow& row) {
+    const auto& cols = evalColumns();
+    for (int c = 0; c < kEvalColumns; ++c) {
+        auto* item = new QTableWidgetItem(q(row.cells[static_cast<std::size_t>(c)]));
+        item->setTextAlignment(toQt(cols[static_cast<std::size_t>(c)].align));
+        // A deleted row is red from the date on; its number stays black.
+        if (row.red && c >= 1)
+            item->setForeground(Qt::red);
+        grid->setItem(r, c, item);
+    }
+}
+
+void fillCountries(QTableWidget* grid, const std::vector<CountryCount>& rows) {
+    grid->setRowCount(static_cast<int>(rows.size()));
+    for (int r = 0; r < static_cast<int>(rows.size()); ++r) {
+        const CountryCount& c = rows[static_cast<std::size_t>(r)];
+        auto* n = new QTableWidgetItem(number(c.qsos));
+        n->setTextAlignment(Qt::AlignRight | Qt::AlignVCenter);
+        grid->setItem(r, 0, n);
+        grid->setItem(r, 1, new QTableWidgetItem(q(c.country)));
+    }
+}
+
+} // namespace
+
+void EvaluationWindow::showEvaluation() {
+    const Evaluation& ev = *ev_;
+    grid_->setUpdatesEnabled(false);
+    grid_->setRowCount(static_cast<int>(ev.rows.size()));
+    for (int r = 0; r < static_cast<int>(ev.rows.size()); ++r)
+        fillRow(grid_, r, ev.rows[static_cast<std::size_t>(r)]);
+    grid_->setUpdatesEnabled(true);
+    fillCountries(countryGrid_, ev.countries);
+
+    figures_.locators->setText(number(static_cast<std::int64_t>(ev.locatorCount)));
+    figures_.grossfelder->setText(number(static_cast<std::int64_t>(ev.grossfeldCount)));
+    figures_.countries->setText(number(ev.countryCount()));
+    figures_.multiplier->setText(number(ev.multiplier));
+    figures_.dupes->setText(number(ev.dupes));
+    figures_.deleted->setText(number(ev.deleted));
+    figures_.qsos->setText(number(ev.qsos));
+    figures_.score->setText(number(ev.points));
+    figures_.kmPerQso->setText(number(ev.kmPerQso));
+    figures_.odx->setText(number(ev.odx));
+    paintBandButtons();
+}
+
+void EvaluationWindow::paintBandButtons() {
+    const Colour done = settings_.get(keys::FarbeBereitsQSO);
+    for (int i = 0; i < kBandCount; ++i) {
+        QPushButton* b = bandButtons_[static_cast<std::size_t>(i)];
+        if (i == band())
+            b->setStyleSheet("background-color: rgb(255, 0, 0);");
+        else if (ev_ && ev_->bandsWithQsos[static_cast<std::size_t>(i)])
+            b->setStyleSheet(
+                QString("background-color: rgb(%1, %2, %3);").arg(done.r).arg(done.g).arg(done.b));
+        else
+            b->setStyleSheet({});
+        b->setProperty("hasQsos", ev_ && ev_->bandsWithQsos[static_cast<std::size_t>(i)]);
+    }
+}
+
+void EvaluationWindow::paintSortHeader(QTableWidget* grid, int column, GridSorter::Direction d) {
+    for (int c = 0; c < grid->columnCount(); ++c) {
+        QTableWidgetItem* h = grid->horizontalHeaderItem(c);
+        if (!h)
+            continue;
+        QColor colour(Qt::black);
+        if (c == column && d == GridSorter::Direction::Ascending)
+            colour = kAscending;
+        else if (c == column && d == GridSorter::Direction::Descending)
+            colour = kDescending;
+        h->setForeground(colour);
+    }
+}
+
+void EvaluationWindow::sortGrid(int column) {
+    if (!ev_ || column < 0 || column >= kEvalColumns)
+        return;
+    const auto d = gridSorter_.click(ev_->rows, column);
+    if (d == GridSorter::Direction::None)
+        return;
+    for (int r = 0; r < static_cast<int>(ev_->rows.size()); ++r)
+        fillRow(grid_, r, ev_->rows[static_cast<std::size_t>(r)]);
+    paintSortHeader(grid_, column, d);
+}
+
+void EvaluationWindow::sortCountries(int column) {
+    if (!ev_ || column < 0 || column > 1)
+        return;
+    const auto d = countrySorter_.click(ev_->countries, column);
+    if (d == GridSorter::Direction::None)
+        return;
+    fillCountries(countryGrid_, ev_->countries);
+    paintSortHeader(countryGrid_, column, d);
+}
+
+void EvaluationWindow::showLocators() {
+    if (!ev_)
+        return;
+    const std::vector<std::string> locs = sortedLocators(*ev_);
+    if (locs.empty())
+        return;
+    std::string shown;
+    for (std::size_t i = 0; i < locs.size(); ++i)
+        shown += (i ? ", " : "") + locs[i];
+    dialogs_.inform(shown, Icon::Information);
+}
+
+void EvaluationWindow::showSquares() {
+    if (!ev_)
+        return;
+    const LocFenster f = LocUnt(ev_->myLocator, ev_->grossfeldList, beeper_);
+    auto* w =
+        new SquareWindow(f, static_cast<long long>(ev_->grossfeldCount),
+                         q(kBands[static_cast<std::size_t>(ev_->band)].boxText), texts_, this);
+    w->setAttribute(Qt::WA_DeleteOnClose);
+    // Modal over the evaluation, without a nested loop of its own.
+    w->open();
+}
+
+void EvaluationWindow::openEdi() {
+    if (!ev_ || ev_->rows.empty()) {
+        dialogs_.inform(std::string(kBands[static_cast<std::size_t>(std::max(band(), 0))].boxText) +
+                            " " + texts_(202),
+                        Icon::Information);
+        return;
+    }
+    EdiDialog dialog(
+        settings_, texts_, dialogs_, paths_, band(), [this](int b) { return evaluateBand(b); },
+        this);
+    SubmissionHooks::runModal(dialog);
+}
+
+ExportContext EvaluationWindow::exportContext() {
+    return ExportContext{this,   settings_,         texts_,          dialogs_,
+                         clock_, paths_.logsPath(), countries_.get()};
+}
+
+void EvaluationWindow::exportAdif() {
+    if (const auto file = chosenLogFile())
+        orv::ui::exportAdif(exportContext(), *file);
+}
+
+void EvaluationWindow::exportText() {
+    if (const auto file = chosenLogFile())
+        exportTextListing(exportContext(), *file);
+}
+
+void EvaluationWindow::closeEvent(QCloseEvent* event) {
+    if (reloadCallDb && callDbCount() != callDbCountAtOpen_ &&
+        dialogs_.ask(texts_(260), Buttons::YesNo, Icon::Question, Answer::Yes) == Answer::Yes)
+        reloadCallDb();
+    event->accept();
+}
+
+} // namespace orv::ui
