@@ -150,10 +150,12 @@ void EdiDialog::buildUi() {
     templateButton_->setObjectName("Command3");
     templateButton_->setAutoDefault(false);
     connect(templateButton_, &QPushButton::clicked, this, &EdiDialog::saveTemplate);
-    // The upload to the contest server is not part of the program yet.
+    // The upload to the contest server is not part of the program yet; the
+    // button stands hidden where it will go.
     auto* upload = new QPushButton(q(texts_(326)), this);
     upload->setObjectName("Command4");
     upload->setEnabled(false);
+    upload->setVisible(false);
     for (QPushButton* b : {write, cancel, templateButton_, upload})
         buttons->addWidget(b);
     outer->addLayout(buttons);

@@ -162,10 +162,12 @@ void EvaluationWindow::buildUi() {
     auto* locCaption = new QPushButton(q(texts_(149)), stats);
     locCaption->setObjectName("LabelLocatoren");
     locCaption->setFlat(true);
+    locCaption->setStyleSheet("text-align: left; padding: 0;");
     connect(locCaption, &QPushButton::clicked, this, &EvaluationWindow::showLocators);
     auto* sqCaption = new QPushButton(q(texts_(26)) + ":", stats);
     sqCaption->setObjectName("LabelGrossfelder");
     sqCaption->setFlat(true);
+    sqCaption->setStyleSheet("text-align: left; padding: 0;");
     connect(sqCaption, &QPushButton::clicked, this, &EvaluationWindow::showSquares);
     figures_.locators = figureLabel("Label3", stats);
     figures_.grossfelder = figureLabel("Label28", stats);
@@ -236,6 +238,13 @@ void EvaluationWindow::Grid1Set() {
         else
             grid_->setColumnWidth(c, twipsToPixels(grid_, col.width));
     }
+    // The grid holds the ISO date and the time with seconds cut, wider than
+    // the short forms the twips were measured for.
+    const QFontMetrics fm(grid_->font());
+    grid_->setColumnWidth(evalcol::Datum, std::max(grid_->columnWidth(evalcol::Datum),
+                                                   fm.horizontalAdvance("0000-00-00") + 14));
+    grid_->setColumnWidth(evalcol::Zeit, std::max(grid_->columnWidth(evalcol::Zeit),
+                                                  fm.horizontalAdvance("00:00") + 14));
     const auto& ccols = countryColumns();
     countryGrid_->setColumnCount(2);
     for (int c = 0; c < 2; ++c) {

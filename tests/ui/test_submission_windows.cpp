@@ -28,6 +28,7 @@
 #include "ui/group_change_dialog.h"
 #include "ui/log_dialog.h"
 #include "ui/log_grid_model.h"
+#include "ui/lookup_binding.h"
 #include "ui/main_window.h"
 #include "ui/square_window.h"
 #include "ui/startup.h"
@@ -580,7 +581,16 @@ private slots:
         QCOMPARE(QString::fromStdString(ev->logName()), QString("Nacht"));
         QCOMPARE(ev->band(), k144);
         QCOMPARE(label(ev, "Label18"), QString("3"));
+        // The evaluation merged the log into the call database; closing
+        // offers the reload, and Yes loads the main window's image anew.
+        auto* lookup = w->findChild<orv::ui::LookupBinding*>("LookupBinding");
+        QVERIFY(lookup);
+        QCOMPARE(lookup->image()->size(), std::size_t{0});
+        QtDialogs::queueAnswer(Answer::Yes);
         ev->close();
+        QCOMPARE(QString::fromStdString(QtDialogs::recorded().back()),
+                 QString::fromStdString(s.texts()(260)));
+        QCOMPARE(lookup->image()->size(), std::size_t{3});
     }
 };
 
