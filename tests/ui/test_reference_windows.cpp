@@ -241,6 +241,48 @@ private slots:
         QCOMPARE(found()->text(), QString("1 Calls found"));
     }
 
+    void keysWalkTheListAndStopTheTimers() {
+        {
+            orv::CallDbStore store(*dir / "QBDat.sqlite");
+            for (int i = 0; i < 20; ++i)
+                QVERIFY(store.add(rec(QString("PA%1XX").arg(i + 10).toStdString(), "JO22AA")).ok());
+        }
+        w()->findChild<LookupBinding*>("LookupBinding")->reload();
+        typeAndWait(edit("Text3"), "PA");
+        QCOMPARE(list()->count(), 20);
+        QCOMPARE(found()->text(), QString("20 Calls found"));
+        const std::pair<Qt::Key, int> walk[] = {
+            {Qt::Key_PageDown, 14}, {Qt::Key_PageDown, 19}, {Qt::Key_Down, 19}, {Qt::Key_Up, 18},
+            {Qt::Key_PageUp, 4},    {Qt::Key_PageUp, 0},    {Qt::Key_Up, 0},
+        };
+        for (const auto& [key, row] : walk) {
+            QTest::keyClick(edit("Text3"), key);
+            QCOMPARE(list()->currentRow(), row);
+        }
+        QCOMPARE(edit("Text3")->text(), QString("PA")); // the keys type nothing
+
+        // A key going down stops a waiting search before it starts; the
+        // key coming up starts it anew.
+        auto* timer2 = w()->findChild<QTimer*>("Timer2");
+        QTest::keyClick(edit("Text3"), Qt::Key_Backspace);
+        QTest::keyClicks(edit("Text3"), "A");
+        QVERIFY(timer2->isActive());
+        QTest::keyPress(edit("Text3"), Qt::Key_1);
+        QVERIFY(!timer2->isActive());
+        QTest::keyRelease(edit("Text3"), Qt::Key_1);
+        QVERIFY(timer2->isActive());
+        QCOMPARE(timer2->interval(), 1);
+
+        // The locator search is narrowed by the call in hand.
+        auto* timer8 = w()->findChild<QTimer*>("Timer8");
+        edit("Text3")->setText("PA1");
+        typeAndWait(edit("Text7"), "JO22");
+        QCOMPARE(list()->count(), 10); // PA10XX to PA19XX
+        QCOMPARE(found()->text(), QString("10 Calls found"));
+        QTest::keyPress(edit("Text7"), Qt::Key_A);
+        QVERIFY(!timer8->isActive());
+    }
+
     void f8AndClickTakeRowIntoEntryRow() {
         typeAndWait(edit("Text3"), "DL1");
         QCOMPARE(list()->count(), 2);
