@@ -506,6 +506,52 @@ private slots:
         QCOMPARE(grid->rowCount(), 0);
     }
 
+    void groupChangeOptionsPrepareTheValue() {
+        Station s;
+        orv::test::writeFile(s.paths.iniPath(), "[QB]\nEinverstanden=-1\nOPCall=DL2OPB\n"
+                                                "[OPCallList]\nDL1OPA\nDL2OPB\n");
+        s.settings = std::make_unique<orv::Settings>(orv::IniFile(s.paths.iniPath()));
+        orv::ContestLog log = orv::ContestLog::open(s.paths.logFile("Test")).value();
+        orv::ui::GroupChangeDialog d(log, k144, *s.settings, s.texts, dialogs, beeper);
+        auto* list = d.findChild<QComboBox*>("Combo1");
+        auto* value = d.findChild<QLineEdit*>("Text3");
+        // Time options type into Text3, which starts as "1".
+        QVERIFY(value->isVisibleTo(&d) && !list->isVisibleTo(&d));
+        QCOMPARE(value->text(), QString("1"));
+        d.findChild<QRadioButton*>("Option1(3)")->click();
+        QVERIFY(list->isVisibleTo(&d) && !value->isVisibleTo(&d));
+        QCOMPARE(list->count(), 2);
+        QCOMPARE(list->itemText(0), QString("Yes"));
+        d.findChild<QRadioButton*>("Option1(7)")->click();
+        QCOMPARE(list->count(), 2);
+        QCOMPARE(list->itemText(0), QString("DL1OPA"));
+        QCOMPARE(list->currentText(), QString("DL2OPB"));
+
+        // The operator of QSOs 2 to 4, deleted QSO 3 included.
+        d.findChild<QLineEdit*>("Text1")->setText("2");
+        d.findChild<QLineEdit*>("Text2")->setText("4");
+        list->setCurrentText("dl1opa");
+        int changedBand = -1;
+        d.onChanged = [&](int b) { changedBand = b; };
+        QVERIFY(d.apply());
+        QCOMPARE(changedBand, k144);
+        QCOMPARE(QString::fromStdString(log.findByQsoNr(k144, 1)->opCall), QString());
+        for (int nr : {2, 3, 4})
+            QCOMPARE(QString::fromStdString(log.findByQsoNr(k144, nr)->opCall), QString("DL1OPA"));
+
+        // A time that is none beeps, says IText(14) and changes nothing.
+        d.findChild<QRadioButton*>("Option1(0)")->click();
+        value->setText("25:99");
+        const int beeps = beeper.beeps;
+        changedBand = -1;
+        QVERIFY(!d.apply());
+        QCOMPARE(beeper.beeps, beeps + 1);
+        QCOMPARE(changedBand, -1);
+        QCOMPARE(QString::fromStdString(QtDialogs::recorded().back()),
+                 QString::fromStdString(s.texts(14)));
+        QCOMPARE(log.findByQsoNr(k144, 2)->datTime.toStorage(), std::string("2026-05-02 12:02:00"));
+    }
+
     // Through the program's start: the menu entries are enabled, the group
     // change moves times across midnight in the log file and the main
     // window's grid shows the new times at once.
