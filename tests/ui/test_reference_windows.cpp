@@ -560,15 +560,34 @@ private slots:
         QVERIFY(w()->findChild<QWidget*>("Frame1")->isEnabled());
     }
 
-    void comparisonWithoutDoubts() {
+    void comparisonWithoutDoubtsAndAfterMerge() {
+        {
+            orv::CallDbStore store(*dir / "QBDat.sqlite");
+            QVERIFY(store.add(rec("PA0AA", "JO22AA", 1)).ok());
+        }
+        w()->findChild<LookupBinding*>("LookupBinding")->reload();
         commitQso("DL1ABC", "JO62QM");
+        commitQso("PA0AA", "JO22AA");
         w()->findChild<QAction*>("MnDBCheck")->trigger();
         auto* frame = w()->findChild<QWidget*>("Frame4");
-        QCOMPARE(frame->findChild<QTableWidget*>("MSFlexGrid3")->rowCount(), 0);
+        auto* grid = frame->findChild<QTableWidget*>("MSFlexGrid3");
+        QCOMPARE(grid->rowCount(), 0);
         auto* none = frame->findChild<QPushButton*>("Command4");
         QVERIFY(none->isVisible());
         none->click();
         QVERIFY(!frame->isVisible());
+
+        // Once this log's band is merged into the database, a call known
+        // from one QSO only is no longer beyond doubt.
+        orv::IniFile(*dir / "QBDat.ini").write("reference", "144", "2");
+        w()->findChild<QAction*>("MnDBCheck")->trigger();
+        QCOMPARE(grid->rowCount(), 2);
+        QCOMPARE(grid->item(0, 1)->text(), QString("PA0AA"));
+        QCOMPARE(grid->item(1, 1)->text(), QString("PA0AA"));
+        QVERIFY(!none->isVisible());
+        QTest::keyClick(edit("Text3"), Qt::Key_Escape);
+        QVERIFY(!frame->isVisible());
+        QVERIFY(w()->findChild<QWidget*>("Frame1")->isEnabled());
     }
 };
 
