@@ -69,9 +69,19 @@ void openEvaluation(Startup& s) {
     e->show();
 }
 
+// The statistics folder lives as long as the program: the window opens on
+// the folder it was last pointed to.
+constexpr const char* kStatisticsFolder = "StatistikOrdner";
+
 void openStatistics(Startup& s) {
-    StatsWindow d(s.paths(), s.texts(), s.dialogs(), s.window());
+    MainWindow* w = s.window();
+    StatsWindow d(s.paths(), s.texts(), s.dialogs(), w);
+    const QString last = w->property(kStatisticsFolder).toString();
+    std::error_code ec;
+    if (!last.isEmpty() && std::filesystem::is_directory(fromQ(last), ec))
+        d.listFolder(fromQ(last));
     SubmissionHooks::runModal(d);
+    w->setProperty(kStatisticsFolder, q(d.folder()));
 }
 
 void openGroupChange(Startup& s) {

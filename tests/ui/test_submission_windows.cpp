@@ -620,6 +620,23 @@ private slots:
         QVERIFY2(times.contains("00:15") && times.contains("00:20") && times.contains("23:40"),
                  qPrintable(times.join(",")));
 
+        // The statistics list the logs folder, and open again on the folder
+        // chosen last time.
+        const auto other = dir / "Archiv";
+        std::filesystem::create_directories(other);
+        SubmissionHooks::chooseFolder = [&](QWidget*, const QString&,
+                                            const std::filesystem::path&) { return other; };
+        QStringList listed;
+        SubmissionHooks::runModal = [&](QDialog& d) {
+            auto& st = dynamic_cast<orv::ui::StatsWindow&>(d);
+            listed << QString::fromStdString(st.folder().filename().string());
+            QTest::mouseClick(d.findChild<QPushButton*>("Command1"), Qt::LeftButton);
+            return 0;
+        };
+        w->findChild<QAction*>("MnStatistikKurz")->trigger();
+        w->findChild<QAction*>("MnStatistikKurz")->trigger();
+        QCOMPARE(listed, QStringList({"Logs", "Archiv"}));
+
         // The evaluation opens over the open log and band.
         w->findChild<QAction*>("Auswerten")->trigger();
         auto* ev = w->findChild<EvaluationWindow*>("Form5");
