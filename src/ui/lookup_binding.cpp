@@ -134,11 +134,11 @@ void LookupBinding::offerReload() {
 }
 
 QString LookupBinding::callOfLine(const QString& line) {
-    return line.left(13).trimmed().toUpper();
+    return QString::fromStdString(listLineCall(line.toStdString()));
 }
 
 QString LookupBinding::locatorOfLine(const QString& line) {
-    return line.mid(13).trimmed().left(6).trimmed().toUpper();
+    return QString::fromStdString(listLineLocator(line.toStdString()));
 }
 
 bool LookupBinding::eventFilter(QObject* watched, QEvent* event) {

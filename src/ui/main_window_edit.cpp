@@ -9,6 +9,8 @@
 #include <QMenu>
 #include <QTableView>
 
+#include "core/capture/entry_rules.h"
+#include "core/util/ports.h"
 #include "ui/log_grid_model.h"
 #include "ui/main_window.h"
 
@@ -172,11 +174,72 @@ void MainWindow::gridEnterPressed(int row) {
         focusField(correctionLine_->findChild<QLineEdit*>("Text33"), true);
 }
 
+// The correction line walks like the entry row: Space forward, Shift+Space
+// back, the remark `Text99` taking blanks as text.
+static const char* editWalkTarget(const QString& from, bool back) {
+    struct Step {
+        const char* from;
+        const char* forward;
+        const char* backward;
+    };
+    static const Step steps[] = {
+        {"Text22", "Text33", "Text77"},  {"Text14", "Text33", "Text22"},
+        {"Text33", "Text44", "Text77"},  {"Text44", "Text66", "Text33"},
+        {"Text55", "Text66", "Text44"},  {"Text66", "Text77", "Text44"},
+        {"Text77", "Text33", "Text66"},  {"Text88", "Text33", "Text77"},
+        {"Text101", "Text33", "Text77"},
+    };
+    for (const Step& s : steps)
+        if (from == QLatin1String(s.from))
+            return back ? s.backward : s.forward;
+    return nullptr;
+}
+
 bool MainWindow::editFieldKey(QWidget* field, QKeyEvent* e) {
-    (void)field;
     if (e->key() == Qt::Key_Return || e->key() == Qt::Key_Enter) {
         if (onEditCommit)
             onEditCommit();
+        return true;
+    }
+    const QString name = field->objectName();
+    if (e->key() == Qt::Key_Space) {
+        if (const char* to = editWalkTarget(name, e->modifiers() & Qt::ShiftModifier)) {
+            auto* target = correctionLine_->findChild<QLineEdit*>(to);
+            focusField(target, QLatin1String(to) != QLatin1String("Text44"));
+            if (QLatin1String(to) == QLatin1String("Text44"))
+                target->setCursorPosition(0);
+            return true;
+        }
+        return false;
+    }
+    const QString text = e->text();
+    if (e->modifiers() & (Qt::ControlModifier | Qt::AltModifier) || text.size() != 1 ||
+        !text[0].isPrint() || text[0].unicode() >= 128)
+        return false;
+    const char c = text[0].toLatin1();
+    auto* edit = qobject_cast<QLineEdit*>(field);
+    if (!edit)
+        return false;
+    if (name == QLatin1String("Text33")) {
+        // "-" becomes "/", as in the call field of the entry row.
+        if (const auto f = entry::filterCallKey(c); f && *f != c) {
+            edit->insert(QString(QChar(*f)));
+            return true;
+        }
+        return false;
+    }
+    if (name == QLatin1String("Text44") || name == QLatin1String("Text66")) {
+        const auto f = entry::filterReportKey(c);
+        if (!f) {
+            beeper_.beep();
+            return true;
+        }
+        edit->insert(QString(QChar(*f)));
+        return true;
+    }
+    if (name == QLatin1String("Text101")) {
+        if (const auto v = entry::qslForKey(c))
+            edit->setText(QString::fromStdString(*v));
         return true;
     }
     return false;

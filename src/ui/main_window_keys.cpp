@@ -13,6 +13,7 @@
 #include "core/capture/entry_rules.h"
 #include "core/i18n/texts.h"
 #include "core/logstore/bands.h"
+#include "core/reference/call_image.h"
 #include "core/util/ports.h"
 #include "platform/qt_dialogs.h"
 #include "ui/main_window.h"
@@ -181,10 +182,9 @@ bool MainWindow::windowKey(QKeyEvent* e) {
         const QListWidgetItem* item = lookupList_->currentItem();
         if (!item)
             item = lookupList_->item(0);
-        // A row holds the call in its first 13 columns, the locator after.
-        const QString row = item->text();
-        const QString rowCall = row.left(13).trimmed().toUpper();
-        const QString rowLocator = row.mid(13).trimmed().left(6).toUpper();
+        const std::string row = item->text().toStdString();
+        const QString rowCall = QString::fromStdString(listLineCall(row));
+        const QString rowLocator = QString::fromStdString(listLineLocator(row));
         QLineEdit* callField = editing ? findChild<QLineEdit*>("Text33") : call_;
         QLineEdit* locField = editing ? findChild<QLineEdit*>("Text77") : locator_;
         locField->setText(rowLocator);

@@ -209,6 +209,31 @@ private slots:
         QCOMPARE(edit("Text3")->text(), QString());
     }
 
+    void correctionLineWalksAndFiltersLikeTheEntryRow() {
+        logQso("DL1AAA", "JO31AA");
+        openCorrection(0);
+        QTRY_VERIFY(edit("Text33")->hasFocus());
+        edit("Text33")->clear();
+        QTest::keyClicks(edit("Text33"), "dl1aaa-p");
+        QCOMPARE(edit("Text33")->text(), QString("DL1AAA/P"));
+        QTest::keyClick(edit("Text33"), Qt::Key_Space);
+        QTRY_VERIFY(edit("Text44")->hasFocus());
+        QCOMPARE(edit("Text44")->cursorPosition(), 0);
+        QTest::keyClick(edit("Text44"), Qt::Key_Space);
+        QTRY_VERIFY(edit("Text66")->hasFocus());
+        const int beeps = beeper.beeps;
+        QTest::keyClick(edit("Text66"), Qt::Key_X);
+        QVERIFY(beeper.beeps > beeps);
+        QVERIFY(!edit("Text66")->text().contains('X'));
+        QTest::keyClick(edit("Text66"), Qt::Key_Space);
+        QTRY_VERIFY(edit("Text77")->hasFocus());
+        QTest::keyClick(edit("Text77"), Qt::Key_Space, Qt::ShiftModifier);
+        QTRY_VERIFY(edit("Text66")->hasFocus());
+        QTest::keyClick(edit("Text66"), Qt::Key_Return);
+        QVERIFY(!w->editLineOpen());
+        QCOMPARE(stored()[0].call, std::string("DL1AAA/P"));
+    }
+
     void contextMenuFitsTheRowAndRestoreAsks() {
         logQso("DL1AAA", "JO31AA");
         logQso("DL2BBB", "JO52AA");

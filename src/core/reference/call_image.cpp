@@ -262,6 +262,18 @@ std::string listLine(const QBDatEntry& e) {
     return line;
 }
 
+std::string listLineCall(std::string_view line) {
+    return text::upper(text::trim(text::left(line, kListCallColumns)));
+}
+
+std::string listLineLocator(std::string_view line) {
+    const std::string rest =
+        line.size() > kListCallColumns
+            ? std::string(line.substr(text::left(line, kListCallColumns).size()))
+            : std::string();
+    return text::upper(text::trim(text::left(rest, kLocatorSize)));
+}
+
 std::string QBDatImage::WriteInList(std::uint32_t n) const {
     return listLine(record(n));
 }

@@ -102,4 +102,10 @@ private:
 // fields.
 std::string listLine(const QBDatEntry& e);
 
+// The call and the locator of a lookup list line (a database line or a
+// worked-before line), upper case and trimmed, as F8, F9 and a click take
+// them: the call from columns 1 to 13, the locator from columns 14 to 19.
+std::string listLineCall(std::string_view line);
+std::string listLineLocator(std::string_view line);
+
 } // namespace orv

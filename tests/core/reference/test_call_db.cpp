@@ -208,6 +208,12 @@ TEST(CallDb, LoadReadsEveryFieldAndNulls) {
     EXPECT_EQ(img.WriteInList(2), "G4ABC        "
                                   "      "
                                   "   0   0   0   0   0   0   0   0   0   0");
+    // What F8 and F9 take from a line: never a counter for a missing locator.
+    EXPECT_EQ(listLineCall(img.WriteInList(1)), "DL1ABC");
+    EXPECT_EQ(listLineLocator(img.WriteInList(1)), "JO31AB");
+    EXPECT_EQ(listLineCall(img.WriteInList(2)), "G4ABC");
+    EXPECT_EQ(listLineLocator(img.WriteInList(2)), "");
+    EXPECT_EQ(listLineLocator("dl1xyz       jn88ef ***** BEREITS GEARBEITET *****"), "JN88EF");
     EXPECT_EQ(QBDatImage::load(f.dir / "missing.sqlite").size(), 0u);
 }
 
