@@ -222,7 +222,14 @@ void CaptureBinding::UebernehmenEdit() {
     const int row = window_.editGridRow();
     if (row < 0)
         return;
-    const Status s = capture_.UebernehmenEdit(static_cast<std::size_t>(row), window_.editRow());
+    // A correction out of the database comparison is confirmed first.
+    const QWidget* comparison = window_.findChild<QWidget*>("Frame4");
+    const bool comparing = comparison && comparison->isVisible();
+    if (comparing &&
+        dialogs_.ask(texts_(282), Buttons::YesNo, Icon::Question, Answer::Yes) != Answer::Yes)
+        return;
+    const EditRow edit = window_.editRow();
+    const Status s = capture_.UebernehmenEdit(static_cast<std::size_t>(row), edit);
     if (!s) {
         beeper_.beep();
         window_.showStatus(QString::fromStdString(texts_(s.failure().text)));
@@ -233,6 +240,10 @@ void CaptureBinding::UebernehmenEdit() {
     showFigures();
     window_.showStatus({});
     window_.closeEditLine(true);
+    if (comparing)
+        emit window_.comparisonQsoCorrected(
+            QString::fromStdString(edit.call).trimmed().toUpper(),
+            QString::fromStdString(edit.locator).trimmed().toUpper());
 }
 
 void CaptureBinding::MnMarkASKill(int row) {

@@ -64,6 +64,7 @@ ComparisonPanel::ComparisonPanel(MainWindow& window, const AppPaths& paths, cons
     // Escape and a pulled-down menu hide the frame from the window's side;
     // the main panels come back whichever way it went.
     frame_->installEventFilter(this);
+    connect(&window_, &MainWindow::comparisonQsoCorrected, this, &ComparisonPanel::qsoCorrected);
 
     grid_->setSelectionBehavior(QAbstractItemView::SelectRows);
     grid_->setSelectionMode(QAbstractItemView::SingleSelection);
@@ -289,9 +290,24 @@ void ComparisonPanel::doubleClicked(int row) {
     }
 }
 
+void ComparisonPanel::qsoCorrected(const QString& call, const QString& locator) {
+    // The QSO row the correction came from, even when a record row was
+    // chosen since to fill the correction line.
+    const int row = editedRow_;
+    if (rowKind(row) != RowKind::Qso)
+        return;
+    grid_->item(row, 1)->setText(call);
+    grid_->item(row, 2)->setText(locator);
+    // &HC000C0: a corrected row stands out from the rows still in doubt.
+    for (int c = 0; c < grid_->columnCount(); ++c)
+        if (auto* item = grid_->item(row, c))
+            item->setBackground(QColor(192, 0, 192));
+}
+
 void ComparisonPanel::editQso(int row) {
     if (rowKind(row) != RowKind::Qso)
         return;
+    editedRow_ = row;
     Capture* capture = sources_.capture ? sources_.capture() : nullptr;
     if (!capture)
         return;

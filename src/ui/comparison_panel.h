@@ -61,6 +61,7 @@ private:
     void addRecordRow(const QBDatEntry& e, std::uint32_t recordNr);
     const QBDatEntry* recordOf(int row) const;
     void editQso(int row);
+    void qsoCorrected(const QString& call, const QString& locator);
     void takeRecord(int row, bool call, bool locator);
     void noteRecord(int row);
 
@@ -75,6 +76,7 @@ private:
     QPushButton* byLocator_ = nullptr;
     QPushButton* nothingFound_ = nullptr;
     QMenu* menu_ = nullptr;
+    int editedRow_ = -1; // the QSO row whose correction line is open
     int menuRow_ = -1;
 };
 

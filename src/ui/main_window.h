@@ -190,6 +190,9 @@ signals:
     void callLeft(const QString& call);
     void locatorEdited(const QString& locator);
     void editLocatorEdited(const QString& locator);
+    // A correction opened from the comparison panel was stored with this
+    // call and locator.
+    void comparisonQsoCorrected(const QString& call, const QString& locator);
     // Grid row actions: correct, mark deleted, restore (after the question
     // of a double click, which the binding asks).
     void editRequested(int row);

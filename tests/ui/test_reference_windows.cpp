@@ -554,6 +554,19 @@ private slots:
         m->findChild<QAction*>("MnGrid3DBEdit")->trigger();
         QCOMPARE(orv::ui::editorNotes(s->paths()).at(0).call, std::string("OE1ABC/P"));
 
+        // Storing the correction asks first; Yes stores it and marks the QSO row.
+        QtDialogs::queueAnswer(Answer::No);
+        QTest::keyClick(edit("Text33"), Qt::Key_Return);
+        QCOMPARE(QtDialogs::recorded().back(), texts()(282));
+        QVERIFY(w()->editLineOpen());
+        QtDialogs::queueAnswer(Answer::Yes);
+        QTest::keyClick(edit("Text33"), Qt::Key_Return);
+        QVERIFY(!w()->editLineOpen());
+        QCOMPARE(grid->item(0, 1)->text(), QString("OE1ABC/P"));
+        QCOMPARE(grid->item(0, 2)->text(), QString("JN88AB"));
+        QCOMPARE(grid->item(0, 3)->background().color(), QColor(192, 0, 192));
+        QCOMPARE(s->log()->rows(1)[1].call, std::string("OE1ABC/P"));
+
         frame->findChild<QPushButton*>("Command2")->click();
         QVERIFY(!frame->isVisible());
         QVERIFY(!w()->editLineOpen());
