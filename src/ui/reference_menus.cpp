@@ -4,6 +4,9 @@
 #include <QApplication>
 #include <QDialog>
 #include <QFileDialog>
+#include <QPointer>
+#include <memory>
+#include <thread>
 
 #include "core/i18n/texts.h"
 #include "core/logstore/contest_log.h"
@@ -67,15 +70,40 @@ public:
         });
     }
 
+    // The download runs beside the window so that a slow server never holds
+    // up the logging; the entry stays disabled until the answer is in.
     void downloadCountry() {
-        guarded([&] {
-            auto http = ReferenceHooks::http();
-            const std::string url = s_.settings().get(keys::CTYDownloadURL);
-            QApplication::setOverrideCursor(Qt::WaitCursor);
-            const auto r = downloadCountryList(*http, url, s_.paths().countryDbPath());
-            QApplication::restoreOverrideCursor();
-            finishCountry(r ? 0 : r.failure().text);
-        });
+        QAction* entry = s_.window()->findChild<QAction*>("MnARRLImportDownL");
+        if (entry)
+            entry->setEnabled(false);
+        std::shared_ptr<HttpGetter> http = ReferenceHooks::http();
+        const std::string url = s_.settings().get(keys::CTYDownloadURL);
+        const std::filesystem::path db = s_.paths().countryDbPath();
+        QPointer<ReferenceMenus> self(this);
+        std::thread([self, http, url, db] {
+            int failure = 0;
+            std::string error;
+            try {
+                const auto r = downloadCountryList(*http, url, db);
+                failure = r ? 0 : r.failure().text;
+            } catch (const std::exception& e) {
+                error = e.what();
+            }
+            QMetaObject::invokeMethod(
+                qApp,
+                [self, failure, error] {
+                    if (!self)
+                        return;
+                    if (auto* e = self->s_.window()->findChild<QAction*>("MnARRLImportDownL"))
+                        e->setEnabled(true);
+                    if (!error.empty())
+                        self->s_.dialogs().inform(self->s_.texts()(10) + "\n" + error,
+                                                  Icon::Critical);
+                    else
+                        self->finishCountry(failure);
+                },
+                Qt::QueuedConnection);
+        }).detach();
     }
 
     void newQBDat() {

@@ -491,7 +491,10 @@ private slots:
         QTRY_VERIFY_WITH_TIMEOUT(listening(port), 5000);
 
         s->settings().set(orv::keys::CTYDownloadURL, (base + "cty.dat").toStdString());
-        w()->findChild<QAction*>("MnARRLImportDownL")->trigger();
+        auto* download = w()->findChild<QAction*>("MnARRLImportDownL");
+        download->trigger();
+        QVERIFY(!download->isEnabled()); // the window goes on while the file comes
+        QTRY_VERIFY_WITH_TIMEOUT(download->isEnabled(), 20000);
         QCOMPARE(QtDialogs::recorded().back(), texts()(85));
         const auto db = s->paths().countryDbPath();
         QVERIFY(orv::CountryList::load(db).lookup("G4AAA"));
@@ -499,7 +502,8 @@ private slots:
         // A missing file on the server: IText(275), and the list stays.
         QtDialogs::recorded().clear();
         s->settings().set(orv::keys::CTYDownloadURL, (base + "missing.dat").toStdString());
-        w()->findChild<QAction*>("MnARRLImportDownL")->trigger();
+        download->trigger();
+        QTRY_VERIFY_WITH_TIMEOUT(download->isEnabled(), 20000);
         QCOMPARE(QtDialogs::recorded().back(), texts()(275));
         QVERIFY(orv::CountryList::load(db).lookup("G4AAA"));
         server.kill();
