@@ -246,7 +246,7 @@ void LookupBinding::show(const Outcome& o) {
             worked =
                 c->workedBeforeLines(o.callPart, o.locPart.empty() ? nullptr : &o.locatorCalls);
         else
-            worked = workedOnLocator(o.locPart, o.callPart);
+            worked = c->workedBeforeLinesByLocator(o.locPart, o.callPart);
         for (const auto& w : worked)
             lines << q(w);
     }
@@ -258,26 +258,6 @@ void LookupBinding::show(const Outcome& o) {
     list_->setUpdatesEnabled(true);
     found_->setText(QString("%1 Calls found").arg(o.result.found));
     emit listShown();
-}
-
-std::vector<std::string> LookupBinding::workedOnLocator(const std::string& locPart,
-                                                        const std::string& callPart) const {
-    // The locator search takes its worked-before lines from the locator
-    // column of the band's grid, in the same form as the call search's.
-    std::vector<std::string> out;
-    const Capture* c = capture_ ? capture_() : nullptr;
-    if (!c || locPart.empty())
-        return out;
-    const std::string& mark = texts_(216);
-    for (const GridRow& r : c->state().rows()) {
-        const QsoRow& qso = r.qso;
-        if (qso.locator.find(locPart) == std::string::npos)
-            continue;
-        if (!callPart.empty() && qso.call.find(callPart) == std::string::npos)
-            continue;
-        out.push_back(text::padRight(qso.call, 13) + qso.locator + " " + mark);
-    }
-    return out;
 }
 
 void LookupBinding::moveSelection(int key) {

@@ -74,8 +74,6 @@ private:
     void takeRow(int key);
     void takeCallOnly();
     void noteForEditor();
-    std::vector<std::string> workedOnLocator(const std::string& locPart,
-                                             const std::string& callPart) const;
 
     MainWindow& window_;
     AppPaths paths_;

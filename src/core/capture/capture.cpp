@@ -278,19 +278,13 @@ Capture::workedBeforeLines(std::string_view typed,
     const std::string t = text::upper(text::trim(typed));
     if (text::length(t) <= 2)
         return lines;
-    const std::string& mark = texts_(216);
     const auto matches = state_.workedMatches(t);
     lines.reserve(matches.size());
     for (std::size_t i : matches) {
         const QsoRow& q = state_.rows()[i].qso;
         if (locatorCalls && !locatorCalls->count(q.call))
             continue;
-        std::string line = text::padRight(q.call, 13);
-        line.reserve(line.size() + q.locator.size() + 1 + mark.size());
-        line += q.locator;
-        line += ' ';
-        line += mark;
-        lines.push_back(std::move(line));
+        lines.push_back(workedLine(q));
     }
     return lines;
 }
@@ -310,6 +304,33 @@ Capture::Walk Capture::walk(std::size_t replacedRow, const QsoRow* replacement) 
         w.sum += q.qrb;
     }
     return w;
+}
+
+std::vector<std::string> Capture::workedBeforeLinesByLocator(std::string_view typedLocator,
+                                                             std::string_view callPart) const {
+    std::vector<std::string> lines;
+    const std::string loc = text::upper(text::trim(typedLocator));
+    const std::string call = text::upper(text::trim(callPart));
+    if (loc.empty())
+        return lines;
+    for (const GridRow& r : state_.rows()) {
+        const QsoRow& q = r.qso;
+        if (q.errQso || q.locator.find(loc) == std::string::npos ||
+            (!call.empty() && q.call.find(call) == std::string::npos))
+            continue;
+        lines.push_back(workedLine(q));
+    }
+    return lines;
+}
+
+std::string Capture::workedLine(const QsoRow& q) const {
+    const std::string& mark = texts_(216);
+    std::string line = text::padRight(q.call, 13);
+    line.reserve(line.size() + q.locator.size() + 1 + mark.size());
+    line += q.locator;
+    line += ' ';
+    line += mark;
+    return line;
 }
 
 BandTotals Capture::storedAfter(const Walk& w, BandTotals stored, bool alwaysWriteOdx) {

@@ -123,6 +123,10 @@ public:
     // search holds a result.
     std::vector<std::string> workedBeforeLines(std::string_view typed,
                                                const std::set<std::string>* locatorCalls) const;
+    // The same for the locator search: live rows whose locator holds
+    // `typedLocator`, narrowed by a part of a call when one is typed.
+    std::vector<std::string> workedBeforeLinesByLocator(std::string_view typedLocator,
+                                                        std::string_view callPart) const;
 
     // `ErrQSO`: asks IText(17), marks the QSO deleted and rebuilds the totals.
     // Returns false when the user said No or no row has this number.
@@ -159,6 +163,9 @@ public:
 private:
     std::optional<QsoRow> rowForCommit(const EntryRow& row, Failure& failure) const;
     DuplicatePanel panelOf(const QsoRow& q) const;
+    // A worked-before line of the lookup list: call in 13 columns, locator,
+    // the mark IText(216).
+    std::string workedLine(const QsoRow& q) const;
     // The walk over the live rows that rebuilds ODX, ODXNr and PGesamt, with
     // one row seen as `replacement` (the change about to be stored).
     struct Walk {

@@ -148,6 +148,14 @@ TEST_F(CaptureTest, WorkedBeforeAndOtherBands) {
     const std::set<std::string> onlyOe{"OE3ABC"};
     EXPECT_TRUE(capture->workedBeforeLines("1XY", &onlyOe).empty());
 
+    const auto byLocator = capture->workedBeforeLinesByLocator("jn88", "");
+    ASSERT_EQ(byLocator.size(), 2u);
+    EXPECT_EQ(byLocator[1], "OE3ABC       JN88AA ***** BEREITS GEARBEITET *****");
+    EXPECT_EQ(capture->workedBeforeLinesByLocator("JN88", "OE3").size(), 1u);
+    dialogs.answers = {Answer::Yes};
+    ASSERT_TRUE(capture->ErrQSO(2));
+    EXPECT_EQ(capture->workedBeforeLinesByLocator("JN88AA", "").size(), 0u) << "deleted rows never";
+
     const auto also = capture->WorkAlso("dl1xyz");
     ASSERT_EQ(also.size(), 1u);
     EXPECT_EQ(also[0].band, k432);
