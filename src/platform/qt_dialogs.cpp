@@ -11,6 +11,7 @@ struct Hook {
     std::deque<Answer> answers;
     std::deque<std::optional<std::string>> inputs;
     std::deque<std::string> recorded;
+    std::deque<std::string> titles;
     bool recording = false;
 };
 
@@ -107,13 +108,22 @@ Answer QtDialogs::ask(const std::string& text, Buttons buttons, Icon icon, Answe
 }
 
 void QtDialogs::inform(const std::string& text, Icon icon) {
+    informTitled(QApplication::applicationDisplayName().toStdString(), text, icon);
+}
+
+void QtDialogs::informTitled(const std::string& title, const std::string& text, Icon icon) {
     if (hook().recording) {
         hook().recorded.push_back(text);
+        hook().titles.push_back(title);
         return;
     }
-    QMessageBox box(toQt(icon), QApplication::applicationDisplayName(),
-                    QString::fromStdString(text), QMessageBox::Ok, parent_);
+    QMessageBox box(toQt(icon), QString::fromStdString(title), QString::fromStdString(text),
+                    QMessageBox::Ok, parent_);
     box.exec();
+}
+
+std::deque<std::string>& QtDialogs::recordedTitles() {
+    return hook().titles;
 }
 
 void QtDialogs::queueInput(std::optional<std::string> answer) {

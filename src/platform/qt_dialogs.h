@@ -18,12 +18,15 @@ public:
     explicit QtDialogs(QWidget* parent = nullptr) : parent_(parent) {}
     Answer ask(const std::string& text, Buttons buttons, Icon icon, Answer defaultAnswer) override;
     void inform(const std::string& text, Icon icon) override;
+    void informTitled(const std::string& title, const std::string& text, Icon icon) override;
 
     // Test hook: the next questions get these answers, in order, and messages
     // are recorded instead of shown while answers or recording are active.
     static void queueAnswer(Answer a);
     static void setRecording(bool on);
     static std::deque<std::string>& recorded();
+    // The titles of the messages recorded, in order.
+    static std::deque<std::string>& recordedTitles();
 
     // An input box: the typed text, or nothing on Cancel. Tests queue the
     // answers (nothing = Cancel); the prompt is recorded like a question.

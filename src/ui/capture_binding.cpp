@@ -280,7 +280,7 @@ void CaptureBinding::MnLogLoeschen() {
 void CaptureBinding::showOdx() {
     const std::string msg = capture_.odxMessage();
     if (!msg.empty())
-        dialogs_.inform(msg, Icon::None);
+        dialogs_.informTitled(texts_(169), msg, Icon::None);
 }
 
 void CaptureBinding::askRateSettings() {

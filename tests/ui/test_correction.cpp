@@ -348,6 +348,7 @@ private slots:
         QTest::mouseClick(w->findChild<QLabel*>("Label21"), Qt::LeftButton);
         const QString msg = QString::fromStdString(lastMessage());
         QVERIFY2(msg.startsWith("Rufzeichen: \tDL1AAA\r\nLocator: \t\tJO31AA"), qPrintable(msg));
+        QCOMPARE(QtDialogs::recordedTitles().back(), std::string("ODX"));
         QtDialogs::recorded().clear();
         w->findChild<QAction*>("MnODX")->trigger();
         QVERIFY(QString::fromStdString(lastMessage()).startsWith("Rufzeichen: \tDL1AAA"));

@@ -36,6 +36,12 @@ public:
     virtual Answer ask(const std::string& text, Buttons buttons, Icon icon,
                        Answer defaultAnswer) = 0;
     virtual void inform(const std::string& text, Icon icon) = 0;
+    // A message under a title of its own (the ODX box); where titles are not
+    // shown the text alone is enough.
+    virtual void informTitled(const std::string& title, const std::string& text, Icon icon) {
+        (void)title;
+        inform(text, icon);
+    }
 };
 
 // A system clock for the command-line tool and the program.
