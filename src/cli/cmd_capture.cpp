@@ -207,27 +207,27 @@ const std::string kFields =
 const bool registered =
     registerCommand({"add",
                      "NAME --band BAND --call CALL --rst RST --rcvd RSTNR --locator LOC " + kFields,
-                     "Logs a QSO on a band as the entry row does; exit 3 for a duplicate.",
+                     "log a QSO on a band as the entry row does; exit 3 for a duplicate",
                      {},
                      &runAdd}) &&
     registerCommand({"list",
                      "NAME --band BAND",
-                     "Prints the band's rows (18 cells, tab-separated) and its totals.",
+                     "print the band's rows (18 cells, tab-separated) and its totals",
                      {},
                      &runList}) &&
     registerCommand(
-        {"delete", "NAME --band BAND --nr N", "Marks the QSO N deleted.", {}, &runDelete}) &&
+        {"delete", "NAME --band BAND --nr N", "mark the QSO N deleted", {}, &runDelete}) &&
     registerCommand(
-        {"restore", "NAME --band BAND --nr N", "Restores the deleted QSO N.", {}, &runRestore}) &&
+        {"restore", "NAME --band BAND --nr N", "restore the deleted QSO N", {}, &runRestore}) &&
     registerCommand({"correct",
                      "NAME --band BAND --nr N [--call C] [--rst R] [--rcvd R] [--locator L] " +
                          kFields + " [--dupe-zero yes|no]",
-                     "Corrects the QSO N as the correction line does.",
+                     "correct the QSO N as the correction line does",
                      {},
                      &runCorrect}) &&
     registerCommand({"clear-band",
                      "NAME --band BAND --yes",
-                     "Deletes every QSO of the band and its totals.",
+                     "delete every QSO of the band and its totals",
                      {"yes"},
                      &runClearBand});
 
