@@ -18,14 +18,14 @@ void printRow(std::ostream& out, const GridRow& row) {
 }
 
 // A log, its band and a capture on it, opened for one command.
-struct Session {
+struct OpenBand {
     OpenedLog opened;
     Settings settings;
     FixedDialogs dialogs;
     std::optional<Capture> capture;
 };
 
-std::unique_ptr<Session> openSession(Context& ctx, const Args& args, Answer answer, int& code) {
+std::unique_ptr<OpenBand> openBand(Context& ctx, const Args& args, Answer answer, int& code) {
     const auto name = positional(ctx, args, 0, "log name", code);
     if (!name)
         return nullptr;
@@ -35,9 +35,9 @@ std::unique_ptr<Session> openSession(Context& ctx, const Args& args, Answer answ
     auto opened = openNamedLog(ctx, *name, code);
     if (!opened)
         return nullptr;
-    auto s = std::unique_ptr<Session>(new Session{std::move(*opened),
-                                                  Settings(IniFile(ctx.paths.iniPath())),
-                                                  FixedDialogs(answer), std::nullopt});
+    auto s = std::unique_ptr<OpenBand>(new OpenBand{std::move(*opened),
+                                                    Settings(IniFile(ctx.paths.iniPath())),
+                                                    FixedDialogs(answer), std::nullopt});
     s->capture.emplace(s->opened.log, captureConfigFrom(s->settings, s->opened.log.myData()),
                        ctx.clock, s->dialogs, ctx.texts);
     s->capture->selectBand(*band);
@@ -57,7 +57,7 @@ std::optional<std::size_t> rowOfNr(Context& ctx, const Capture& capture, const A
 
 int runAdd(Context& ctx, const Args& args) {
     int code = kOk;
-    auto s = openSession(ctx, args, Answer::No, code);
+    auto s = openBand(ctx, args, Answer::No, code);
     if (!s)
         return code;
     Capture& capture = *s->capture;
@@ -98,7 +98,7 @@ int runAdd(Context& ctx, const Args& args) {
 
 int runList(Context& ctx, const Args& args) {
     int code = kOk;
-    auto s = openSession(ctx, args, Answer::No, code);
+    auto s = openBand(ctx, args, Answer::No, code);
     if (!s)
         return code;
     const BandState& st = s->capture->state();
@@ -114,7 +114,7 @@ int runList(Context& ctx, const Args& args) {
 // already has the wanted mark is left alone.
 int changeMark(Context& ctx, const Args& args, bool deleted) {
     int code = kOk;
-    auto s = openSession(ctx, args, Answer::Yes, code);
+    auto s = openBand(ctx, args, Answer::Yes, code);
     if (!s)
         return code;
     Capture& capture = *s->capture;
@@ -146,7 +146,7 @@ int runCorrect(Context& ctx, const Args& args) {
         return kRefused;
     }
     int code = kOk;
-    auto s = openSession(ctx, args, dupeZero == "yes" ? Answer::Yes : Answer::No, code);
+    auto s = openBand(ctx, args, dupeZero == "yes" ? Answer::Yes : Answer::No, code);
     if (!s)
         return code;
     Capture& capture = *s->capture;
@@ -184,7 +184,7 @@ int runClearBand(Context& ctx, const Args& args) {
     if (!args.flags.count("yes"))
         return ctx.fail(254, kRefused, "--yes");
     int code = kOk;
-    auto s = openSession(ctx, args, Answer::Yes, code);
+    auto s = openBand(ctx, args, Answer::Yes, code);
     if (!s)
         return code;
     // Both questions are answered by --yes: Yes, then OK.

@@ -26,7 +26,7 @@ class CaptureBinding final : public QObject {
     Q_OBJECT
 public:
     // `settings` stores the rate meter's settings; without it they are asked
-    // but kept for the session only.
+    // but kept only while the program runs.
     CaptureBinding(MainWindow& window, Capture& capture, ContestLog& log, Beeper& beeper,
                    const Texts& texts, Dialogs& dialogs, Settings* settings = nullptr);
     ~CaptureBinding() override;

@@ -34,7 +34,7 @@ std::string bearingText(const std::string& ownLocator, const std::string& locato
 // The selected band as the main window keeps it: its rows in QSONr order, the
 // running numbers, the large squares and the index of worked calls that the
 // search while typing reads. It mirrors the band table and `MyData`; the
-// session (capture.h) changes both together.
+// capture (capture.h) changes both together.
 class BandState {
 public:
     // Loads a band: rows in QSONr order and the totals as `MyData` stores
