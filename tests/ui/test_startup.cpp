@@ -5,9 +5,12 @@
 #include <QComboBox>
 #include <QLabel>
 #include <QLineEdit>
+#include <QLockFile>
 #include <QPushButton>
 #include <QTableView>
 #include <QTest>
+#include <sys/wait.h>
+#include <unistd.h>
 
 #include "core/logstore/contest_log.h"
 #include "core/settings/ini_file.h"
@@ -77,6 +80,27 @@ private slots:
         QVERIFY(!chooserShown);
         QVERIFY(QtDialogs::recorded().empty());
         QCOMPARE(second.window(), nullptr);
+    }
+
+    // A program that died (a power cut on the mountain) leaves its lock
+    // behind; the next start must not take that for a running program.
+    void lockOfADeadProgramDoesNotStopTheNextStart() {
+        orv::test::TempDir dir;
+        agree(dir);
+        const pid_t pid = fork();
+        QVERIFY(pid >= 0);
+        if (pid == 0) {
+            QLockFile lock(QString::fromStdString((dir.path() / "OrvantaContest.lock").string()));
+            _exit(lock.tryLock(0) ? 0 : 1); // ends without unlocking
+        }
+        int status = 0;
+        waitpid(pid, &status, 0);
+        QVERIFY(WIFEXITED(status) && WEXITSTATUS(status) == 0);
+        QVERIFY(std::filesystem::exists(dir.path() / "OrvantaContest.lock"));
+
+        Startup s(dir.path(), dialogs, clock, beeper);
+        s.runLogDialog = createLog("after");
+        QCOMPARE(s.run(), Startup::Outcome::Run);
     }
 
     void liabilityIsAskedOncePerSettingsFile() {
