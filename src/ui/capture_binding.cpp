@@ -43,29 +43,38 @@ CaptureBinding::CaptureBinding(MainWindow& window, Capture& capture, ContestLog&
                                Settings* settings)
     : QObject(&window), window_(window), capture_(capture), log_(log), beeper_(beeper),
       texts_(texts), dialogs_(dialogs), settings_(settings) {
-    window_.onCommit = [this] { commit(); };
-    window_.onEditCommit = [this] { UebernehmenEdit(); };
-    window_.onResolveDuplicate = [this] { resolveDuplicate(); };
+    // Every path that writes the log goes through guarded(): a database
+    // failure (a full disk, a lost USB stick) shows its message and may be
+    // retried, and never ends the program in the middle of a contest.
+    window_.onCommit = [this] { guarded([this] { commit(); }); };
+    window_.onEditCommit = [this] { guarded([this] { UebernehmenEdit(); }); };
+    window_.onResolveDuplicate = [this] { guarded([this] { resolveDuplicate(); }); };
     window_.onSquareWindow = [this] { showSquareWindow(); };
     connect(&window_, &MainWindow::bandChanged, this, [this](int band) {
         window_.setLoading(true);
-        capture_.selectBand(band);
-        showBand();
+        guarded([this, band] {
+            capture_.selectBand(band);
+            showBand();
+        });
         window_.setLoading(false);
     });
     connect(&window_, &MainWindow::locatorEdited, this, &CaptureBinding::preview);
     connect(&window_, &MainWindow::editLocatorEdited, this, &CaptureBinding::editPreview);
-    connect(&window_, &MainWindow::callLeft, this, &CaptureBinding::checkCall);
+    connect(&window_, &MainWindow::callLeft, this,
+            [this](const QString& call) { guarded([this, call] { checkCall(call); }); });
     connect(&window_, &MainWindow::editRequested, this, &CaptureBinding::EditView);
-    connect(&window_, &MainWindow::markDeletedRequested, this, &CaptureBinding::MnMarkASKill);
-    connect(&window_, &MainWindow::restoreRequested, this, &CaptureBinding::MnGrid1KillRetur);
+    connect(&window_, &MainWindow::markDeletedRequested, this,
+            [this](int row) { guarded([this, row] { MnMarkASKill(row); }); });
+    connect(&window_, &MainWindow::restoreRequested, this,
+            [this](int row) { guarded([this, row] { MnGrid1KillRetur(row); }); });
     connect(&window_, &MainWindow::restoreAsked, this, [this](int row) {
         if (dialogs_.ask(texts_(232), Buttons::YesNo, Icon::Question, Answer::Yes) == Answer::Yes)
-            MnGrid1KillRetur(row);
+            guarded([this, row] { MnGrid1KillRetur(row); });
     });
     connect(&window_, &MainWindow::odxRequested, this, &CaptureBinding::showOdx);
     connect(&window_, &MainWindow::rateSettingsRequested, this, &CaptureBinding::askRateSettings);
-    connect(&window_, &MainWindow::logLoeschenRequested, this, &CaptureBinding::MnLogLoeschen);
+    connect(&window_, &MainWindow::logLoeschenRequested, this,
+            [this] { guarded([this] { MnLogLoeschen(); }); });
 
     timer7_ = new QTimer(this);
     timer7_->setObjectName("Timer7");
@@ -79,6 +88,21 @@ CaptureBinding::CaptureBinding(MainWindow& window, Capture& capture, ContestLog&
     if (capture_.band() != window_.currentBand())
         capture_.selectBand(window_.currentBand());
     showBand();
+}
+
+void CaptureBinding::guarded(const std::function<void()>& work) {
+    for (;;) {
+        try {
+            work();
+            return;
+        } catch (const std::exception& e) {
+            // IText(10) "FEHLER" with the failure's own message; Retry runs
+            // the same step again, since nothing of it was stored.
+            if (dialogs_.ask(texts_(10) + "\n" + e.what(), Buttons::RetryCancel, Icon::Critical,
+                             Answer::Retry) != Answer::Retry)
+                return;
+        }
+    }
 }
 
 CaptureBinding::~CaptureBinding() {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QObject>
+#include <functional>
 
 class QTimer;
 
@@ -56,6 +57,8 @@ signals:
     void programMustEnd();
 
 private:
+    // Runs a step that writes the log; a failure is shown with Retry/Cancel.
+    void guarded(const std::function<void()>& work);
     void commit();
     void preview(const QString& locator);
     void editPreview(const QString& locator);

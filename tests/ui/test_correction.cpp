@@ -106,6 +106,25 @@ private slots:
         QtDialogs::recorded().clear();
     }
 
+    // A log that cannot be written (here: its MyData row is gone) shows the
+    // failure with Retry and Cancel; the typed QSO stays in the entry row and
+    // the program goes on.
+    void aFailingWriteIsShownAndTheEntryRowStays() {
+        logQso("DL1AAA", "JO31AA");
+        app->log()->db().exec("DELETE FROM MyData");
+        QtDialogs::recorded().clear();
+        QtDialogs::queueAnswer(Answer::Retry);
+        QtDialogs::queueAnswer(Answer::Cancel);
+        logQso("DL2BBB", "JO52AA");
+        QStringList shown;
+        for (const auto& m : QtDialogs::recorded())
+            shown << QString::fromStdString(m);
+        QCOMPARE(shown.filter(QRegularExpression("^FEHLER\n")).size(), 2);
+        QCOMPARE(edit("Text3")->text(), QString("DL2BBB"));
+        QCOMPARE(stored().size(), 1u);
+        QCOMPARE(grid().rowCount(), 1);
+    }
+
     void f11MarksTheEarlierQsoAndTheRetypedOneIsStored() {
         logQso("DL1ABC", "JO31AA");
         QCOMPARE(grid().rowCount(), 1);
