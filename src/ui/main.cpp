@@ -35,8 +35,15 @@ int main(int argc, char** argv) {
             return d.result() == QDialog::Accepted;
         };
     }
-    if (startup.run() != orv::ui::Startup::Outcome::Run)
-        return 0;
+    // A data folder that cannot be made or a settings file that cannot be
+    // written ends the start with its message, not with a crash.
+    try {
+        if (startup.run() != orv::ui::Startup::Outcome::Run)
+            return 0;
+    } catch (const std::exception& e) {
+        dialogs.inform(startup.texts()(10) + "\n" + e.what(), orv::Icon::Critical);
+        return 1;
+    }
 
     // Quitting by other means than the window's close saves as closing does.
     QObject::connect(&app, &QApplication::aboutToQuit, &app, [&startup] { startup.SaveConDat(); });
