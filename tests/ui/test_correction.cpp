@@ -26,28 +26,14 @@
 #include "ui/main_window.h"
 #include "ui/square_window.h"
 #include "ui/startup.h"
+#include "ui_support.h"
 
 using orv::Answer;
 using orv::platform::QtDialogs;
+using orv::test::createLog;
 using orv::ui::LogDialog;
 using orv::ui::MainWindow;
 using orv::ui::Startup;
-
-namespace {
-
-std::function<bool(LogDialog&)> createLog(const std::string& name) {
-    return [name](LogDialog& d) {
-        d.findChild<QComboBox*>("Text1")->setEditText("DL0XYZ");
-        d.findChild<QLineEdit*>("Text2")->setText("JO62QM");
-        d.findChild<QComboBox*>("Combo4")->setEditText("Test contest");
-        d.findChild<QComboBox*>("Combo1")->setCurrentIndex(1);
-        QtDialogs::queueInput(name);
-        d.newLog();
-        return d.result() == QDialog::Accepted;
-    };
-}
-
-} // namespace
 
 class TestCorrection : public QObject {
     Q_OBJECT

@@ -33,11 +33,13 @@
 #include "ui/main_window.h"
 #include "ui/reference_menus.h"
 #include "ui/startup.h"
+#include "ui_support.h"
 
 using orv::Answer;
 using orv::CallRecord;
 using orv::DateTime;
 using orv::platform::QtDialogs;
+using orv::test::createLog;
 using orv::ui::CallDbEditor;
 using orv::ui::ComparisonPanel;
 using orv::ui::LogDialog;
@@ -49,18 +51,6 @@ namespace {
 
 const std::filesystem::path kCtyDat = "/usr/share/hamradio-files/cty.dat";
 const std::filesystem::path kMasterScp = "/usr/share/hamradio-files/MASTER.SCP";
-
-std::function<bool(LogDialog&)> createLog(const std::string& name) {
-    return [name](LogDialog& d) {
-        d.findChild<QComboBox*>("Text1")->setEditText("dl0xyz");
-        d.findChild<QLineEdit*>("Text2")->setText("JO62QM");
-        d.findChild<QComboBox*>("Combo4")->setEditText("Test contest");
-        d.findChild<QComboBox*>("Combo1")->setCurrentIndex(1); // 144 MHz
-        QtDialogs::queueInput(name);
-        d.newLog();
-        return d.result() == QDialog::Accepted;
-    };
-}
 
 CallRecord rec(const std::string& call, const std::string& loc, int b2 = 0,
                std::optional<DateTime> last = std::nullopt) {

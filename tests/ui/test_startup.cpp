@@ -20,28 +20,13 @@
 #include "ui/log_dialog.h"
 #include "ui/main_window.h"
 #include "ui/startup.h"
+#include "ui_support.h"
 
 using orv::Answer;
 using orv::platform::QtDialogs;
+using orv::test::createLog;
 using orv::ui::LogDialog;
 using orv::ui::Startup;
-
-namespace {
-
-// Fills the chooser as a user would and creates the log `name`.
-std::function<bool(LogDialog&)> createLog(const std::string& name) {
-    return [name](LogDialog& d) {
-        d.findChild<QComboBox*>("Text1")->setEditText("dl0xyz");
-        d.findChild<QLineEdit*>("Text2")->setText("JO62QM");
-        d.findChild<QComboBox*>("Combo4")->setEditText("Test contest");
-        d.findChild<QComboBox*>("Combo1")->setCurrentIndex(1);
-        QtDialogs::queueInput(name);
-        d.newLog();
-        return d.result() == QDialog::Accepted;
-    };
-}
-
-} // namespace
 
 class TestStartup : public QObject {
     Q_OBJECT
