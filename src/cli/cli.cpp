@@ -66,7 +66,9 @@ bool registerCommand(Command command) {
     return true;
 }
 
-const std::map<std::string, Command>& commands() { return registry(); }
+const std::map<std::string, Command>& commands() {
+    return registry();
+}
 
 int runTool(const std::vector<std::string>& argv, Clock& clock, std::ostream& out,
             std::ostream& err) {

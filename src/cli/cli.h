@@ -21,7 +21,7 @@ enum Exit : int { kOk = 0, kFailure = 1, kRefused = 2, kDuplicate = 3 };
 struct Args {
     std::vector<std::string> positional;
     std::map<std::string, std::string> options; // "--band 144" -> options["band"]
-    std::set<std::string> flags;                 // "--yes" -> flags
+    std::set<std::string> flags;                // "--yes" -> flags
 
     bool has(const std::string& name) const { return options.count(name) || flags.count(name); }
     std::optional<std::string> get(const std::string& name) const;
@@ -43,8 +43,8 @@ struct Context {
 
 struct Command {
     std::string name;
-    std::string usage;   // the part after the command name
-    std::string summary; // one line for --help
+    std::string usage;                 // the part after the command name
+    std::string summary;               // one line for --help
     std::set<std::string> flagOptions; // options that take no value
     int (*run)(Context&, const Args&) = nullptr;
 };

@@ -26,21 +26,15 @@ struct OpenBand {
 };
 
 std::unique_ptr<OpenBand> openBand(Context& ctx, const Args& args, Answer answer, int& code) {
-    const auto name = positional(ctx, args, 0, "log name", code);
-    if (!name)
+    auto arg = logArgument(ctx, args, true, code);
+    if (!arg)
         return nullptr;
-    const auto band = bandOption(ctx, args, code);
-    if (!band)
-        return nullptr;
-    auto opened = openNamedLog(ctx, *name, code);
-    if (!opened)
-        return nullptr;
-    auto s = std::unique_ptr<OpenBand>(new OpenBand{std::move(*opened),
+    auto s = std::unique_ptr<OpenBand>(new OpenBand{std::move(arg->opened),
                                                     Settings(IniFile(ctx.paths.iniPath())),
                                                     FixedDialogs(answer), std::nullopt});
     s->capture.emplace(s->opened.log, captureConfigFrom(s->settings, s->opened.log.myData()),
                        ctx.clock, s->dialogs, ctx.texts);
-    s->capture->selectBand(*band);
+    s->capture->selectBand(arg->band);
     return s;
 }
 

@@ -141,13 +141,10 @@ int runLookup(Context& ctx, const Args& args) {
 
 int runMerge(Context& ctx, const Args& args) {
     int code = kOk;
-    const auto name = positional(ctx, args, 0, "log name", code);
-    if (!name)
+    auto arg = logArgument(ctx, args, false, code);
+    if (!arg)
         return code;
-    auto opened = openNamedLog(ctx, *name, code);
-    if (!opened)
-        return code;
-    const auto m = DBAktual(ctx.paths, opened->log, *name);
+    const auto m = DBAktual(ctx.paths, arg->opened.log, arg->name);
     ctx.out << "qsos=" << m.qsos << " added=" << m.added << " skipped=" << m.skipped << " bands=";
     for (std::size_t i = 0; i < m.bandsMerged.size(); ++i)
         ctx.out << (i ? "," : "") << band(m.bandsMerged[i]).boxText;
@@ -163,22 +160,16 @@ int runMerge(Context& ctx, const Args& args) {
 // the grid's columns.
 int runCompare(Context& ctx, const Args& args) {
     int code = kOk;
-    const auto name = positional(ctx, args, 0, "log name", code);
-    if (!name)
-        return code;
-    const auto b = bandOption(ctx, args, code);
-    if (!b)
-        return code;
     const std::string by = text::lower(args.getOr("by", "call"));
     if (by != "call" && by != "locator")
         return ctx.fail(225, kRefused, "--by " + by);
-    auto opened = openNamedLog(ctx, *name, code);
-    if (!opened)
+    auto arg = logArgument(ctx, args, true, code);
+    if (!arg)
         return code;
     const auto image = QBDatImage::load(ctx.paths.callDbPath());
-    const auto groups =
-        compareWithCallDb(image, opened->log.rows(*b), *b, MindestZahl(ctx.paths, *name, *b),
-                          by == "call" ? CompareBy::Call : CompareBy::Locator);
+    const auto groups = compareWithCallDb(image, arg->opened.log.rows(arg->band), arg->band,
+                                          MindestZahl(ctx.paths, arg->name, arg->band),
+                                          by == "call" ? CompareBy::Call : CompareBy::Locator);
     if (groups.empty()) {
         ctx.out << ctx.texts(281) << "\n";
         return kOk;
@@ -195,7 +186,7 @@ int runCompare(Context& ctx, const Args& args) {
         first = false;
         ctx.out << g.qso.qsoNr << "\t" << g.qso.call << "\t" << g.qso.locator;
         for (int c = 0; c < kBandCount; ++c)
-            ctx.out << "\t" << (c == *b ? "***" : "");
+            ctx.out << "\t" << (c == arg->band ? "***" : "");
         ctx.out << "\t" << date(g.qso.datTime) << " " << g.qso.datTime.timeHM() << "\n";
         for (auto n : g.records) {
             const QBDatEntry& e = image.record(n);

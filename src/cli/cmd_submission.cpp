@@ -52,17 +52,11 @@ std::string cwMode(const Settings& settings) {
 
 int runEvaluate(Context& ctx, const Args& args) {
     int code = kOk;
-    const auto name = positional(ctx, args, 0, "log name", code);
-    if (!name)
-        return code;
-    const auto b = bandOption(ctx, args, code);
-    if (!b)
-        return code;
-    auto opened = openNamedLog(ctx, *name, code);
-    if (!opened)
+    auto arg = logArgument(ctx, args, true, code);
+    if (!arg)
         return code;
     const auto countries = loadCountries(ctx);
-    Evaluation ev = evaluate(opened->log, *b, ptr(countries));
+    Evaluation ev = evaluate(arg->opened.log, arg->band, ptr(countries));
     for (const std::string& call : ev.callsWithoutCountry)
         ctx.err << ctx.texts(291) << "\n\n" << call << "\n";
     if (auto col = args.get("sort")) {
@@ -97,21 +91,15 @@ int runEvaluate(Context& ctx, const Args& args) {
 
 int runEdi(Context& ctx, const Args& args) {
     int code = kOk;
-    const auto name = positional(ctx, args, 0, "log name", code);
-    if (!name)
-        return code;
-    const auto b = bandOption(ctx, args, code);
-    if (!b)
-        return code;
     const auto out = outputOption(ctx, args, code);
     if (!out)
         return code;
-    auto opened = openNamedLog(ctx, *name, code);
-    if (!opened)
+    auto arg = logArgument(ctx, args, true, code);
+    if (!arg)
         return code;
     const Settings settings{IniFile{ctx.paths.iniPath()}};
     const auto countries = loadCountries(ctx);
-    const Evaluation ev = evaluate(opened->log, *b, ptr(countries));
+    const Evaluation ev = evaluate(arg->opened.log, arg->band, ptr(countries));
     // The boxes as the dialog fills them: last contents, the log's figures,
     // then the band's template and its evaluation.
     EdiBoxes boxes = ediLoadLast(settings);
@@ -130,17 +118,14 @@ int runEdi(Context& ctx, const Args& args) {
 
 int runAdif(Context& ctx, const Args& args) {
     int code = kOk;
-    const auto name = positional(ctx, args, 0, "log name", code);
-    if (!name)
-        return code;
     const auto out = outputOption(ctx, args, code);
     if (!out)
         return code;
-    auto opened = openNamedLog(ctx, *name, code);
-    if (!opened)
+    auto arg = logArgument(ctx, args, false, code);
+    if (!arg)
         return code;
     const Settings settings{IniFile{ctx.paths.iniPath()}};
-    const auto bands = evaluateAllBands(opened->log, nullptr);
+    const auto bands = evaluateAllBands(arg->opened.log, nullptr);
     const auto written = writeAdif(*out, bands, adifFrequencies(settings));
     ctx.out << savedMessage(ctx.texts, written) << "\n";
     return kOk;
@@ -148,17 +133,14 @@ int runAdif(Context& ctx, const Args& args) {
 
 int runText(Context& ctx, const Args& args) {
     int code = kOk;
-    const auto name = positional(ctx, args, 0, "log name", code);
-    if (!name)
-        return code;
     const auto out = outputOption(ctx, args, code);
     if (!out)
         return code;
-    auto opened = openNamedLog(ctx, *name, code);
-    if (!opened)
+    auto arg = logArgument(ctx, args, false, code);
+    if (!arg)
         return code;
     const auto countries = loadCountries(ctx);
-    const auto bands = evaluateAllBands(opened->log, ptr(countries));
+    const auto bands = evaluateAllBands(arg->opened.log, ptr(countries));
     TextListingOptions o;
     o.withStatistics = !args.flags.count("no-stats");
     o.now = ctx.clock.now();
@@ -216,21 +198,15 @@ std::optional<GroupField> groupField(const std::string& s) {
 
 int runGroupChange(Context& ctx, const Args& args) {
     int code = kOk;
-    const auto name = positional(ctx, args, 0, "log name", code);
-    if (!name)
-        return code;
-    const auto b = bandOption(ctx, args, code);
-    if (!b)
-        return code;
     const auto field = groupField(args.getOr("field", ""));
     if (!field)
         return ctx.fail(225, kRefused, "--field " + args.getOr("field", ""));
-    auto opened = openNamedLog(ctx, *name, code);
-    if (!opened)
+    auto arg = logArgument(ctx, args, true, code);
+    if (!arg)
         return code;
     const GroupChange change{args.getOr("from", ""), args.getOr("to", ""), *field,
                              args.getOr("value", "")};
-    const Result<std::int64_t> n = applyGroupChange(opened->log, *b, change);
+    const Result<std::int64_t> n = applyGroupChange(arg->opened.log, arg->band, change);
     if (!n)
         return ctx.refuse(n.failure());
     ctx.out << "changed=" << *n << "\n";

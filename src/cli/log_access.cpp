@@ -36,4 +36,22 @@ std::optional<std::string> positional(Context& ctx, const Args& args, std::size_
     return std::nullopt;
 }
 
+std::optional<LogArgument> logArgument(Context& ctx, const Args& args, bool withBand,
+                                       int& exitCode) {
+    const auto name = positional(ctx, args, 0, "log name", exitCode);
+    if (!name)
+        return std::nullopt;
+    int band = -1;
+    if (withBand) {
+        const auto b = bandOption(ctx, args, exitCode);
+        if (!b)
+            return std::nullopt;
+        band = *b;
+    }
+    auto opened = openNamedLog(ctx, *name, exitCode);
+    if (!opened)
+        return std::nullopt;
+    return LogArgument{*name, std::move(*opened), band};
+}
+
 } // namespace orv::cli

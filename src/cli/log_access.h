@@ -21,6 +21,17 @@ std::optional<int> bandOption(Context& ctx, const Args& args, int& exitCode);
 std::optional<std::string> positional(Context& ctx, const Args& args, std::size_t i,
                                       const std::string& what, int& exitCode);
 
+// The log named by the first argument and, when `withBand`, the band of
+// --band: the name, then the band, then the log itself are checked, and the
+// first refusal is printed and sets `exitCode`.
+struct LogArgument {
+    std::string name;
+    OpenedLog opened;
+    int band = -1;
+};
+std::optional<LogArgument> logArgument(Context& ctx, const Args& args, bool withBand,
+                                       int& exitCode);
+
 // Answers every question with a fixed answer: the command line has asked
 // its questions through its options before it runs.
 class FixedDialogs final : public Dialogs {
