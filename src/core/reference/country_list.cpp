@@ -1,5 +1,7 @@
 #include "core/reference/country_list.h"
 
+#include <functional>
+
 #include <algorithm>
 #include <array>
 #include <system_error>
@@ -187,6 +189,27 @@ void NewLaenderBD(sql::Db& db) {
     MakeLogTable(db, "PreSuch", preSuchFields());
 }
 
+// Calls `record` for every non-empty record of the text, a record ending at
+// ";"; a record it refuses ends the walk with IText(84) naming its number.
+std::optional<Failure> forEachRecord(const std::string& flat,
+                                     const std::function<bool(std::string_view)>& record) {
+    std::size_t start = 0;
+    int recordNo = 0;
+    while (start < flat.size()) {
+        auto end = flat.find(';', start);
+        if (end == std::string::npos)
+            end = flat.size();
+        const std::string_view rec(flat.data() + start, end - start);
+        start = end + 1;
+        if (text::trim(rec).empty())
+            continue;
+        ++recordNo;
+        if (!record(rec))
+            return invalid("record " + std::to_string(recordNo));
+    }
+    return std::nullopt;
+}
+
 Result<CountryTables> parseCtyDat(std::string_view bytes) {
     if (bytes.size() < 10)
         return invalid();
@@ -197,44 +220,37 @@ Result<CountryTables> parseCtyDat(std::string_view bytes) {
         if (!headerField(raw, from, to))
             return invalid();
 
-    const std::string flat = removeLineEnds(raw);
     CountryTables tables;
     TableBuilder b(tables);
-    std::size_t start = 0;
-    int recordNo = 0;
-    while (start < flat.size()) {
-        auto end = flat.find(';', start);
-        if (end == std::string::npos)
-            end = flat.size();
-        const std::string_view rec(flat.data() + start, end - start);
-        start = end + 1;
-        if (text::trim(rec).empty())
-            continue;
-        ++recordNo;
-        auto country = headerField(rec, 1, 26);
-        auto cq = headerField(rec, 27, 31);
-        auto itu = headerField(rec, 32, 36);
-        auto cont = headerField(rec, 37, 41);
-        auto pre = headerField(rec, 70, 75);
-        if (!country || !cq || !itu || !cont || !pre || !text::isInteger(*cq) ||
-            !text::isInteger(*itu))
-            return invalid("record " + std::to_string(recordNo));
-        DxEntry e;
-        e.Country = cut(*country, kCountrySize);
-        e.CQZone = zoneValue(*cq);
-        e.ITUZone = zoneValue(*itu);
-        e.Continent = cut(*cont, kContinentSize);
-        e.PrimaryPrefix = cut(*pre, kPrefixSize);
-        const std::string_view list = rec.size() > 75 ? rec.substr(75) : std::string_view{};
-        const auto tokens = splitTokens(list, ",");
-        const std::int32_t recNr = b.addEntry(e);
-        if (list.find_first_of("([<{") == std::string_view::npos) {
-            for (const auto& t : tokens)
-                b.addPrefix(t, recNr);
-        } else {
-            addWithOverrides(b, e, recNr, tokens);
-        }
-    }
+    const std::optional<Failure> bad =
+        forEachRecord(removeLineEnds(raw), [&](std::string_view rec) -> bool {
+            auto country = headerField(rec, 1, 26);
+            auto cq = headerField(rec, 27, 31);
+            auto itu = headerField(rec, 32, 36);
+            auto cont = headerField(rec, 37, 41);
+            auto pre = headerField(rec, 70, 75);
+            if (!country || !cq || !itu || !cont || !pre || !text::isInteger(*cq) ||
+                !text::isInteger(*itu))
+                return false;
+            DxEntry e;
+            e.Country = cut(*country, kCountrySize);
+            e.CQZone = zoneValue(*cq);
+            e.ITUZone = zoneValue(*itu);
+            e.Continent = cut(*cont, kContinentSize);
+            e.PrimaryPrefix = cut(*pre, kPrefixSize);
+            const std::string_view list = rec.size() > 75 ? rec.substr(75) : std::string_view{};
+            const auto tokens = splitTokens(list, ",");
+            const std::int32_t recNr = b.addEntry(e);
+            if (list.find_first_of("([<{") == std::string_view::npos) {
+                for (const auto& t : tokens)
+                    b.addPrefix(t, recNr);
+            } else {
+                addWithOverrides(b, e, recNr, tokens);
+            }
+            return true;
+        });
+    if (bad)
+        return *bad;
     if (tables.dx.empty() || !zonesValid(tables))
         return invalid();
     return tables;
@@ -243,45 +259,39 @@ Result<CountryTables> parseCtyDat(std::string_view bytes) {
 Result<CountryTables> parseArrlCty(std::string_view bytes) {
     if (bytes.size() < 10)
         return invalid();
-    const std::string flat = removeLineEnds(singleByte(bytes));
     CountryTables tables;
     TableBuilder b(tables);
-    std::size_t start = 0;
-    int recordNo = 0;
-    while (start < flat.size()) {
-        auto end = flat.find(';', start);
-        if (end == std::string::npos)
-            end = flat.size();
-        const std::string_view rec(flat.data() + start, end - start);
-        start = end + 1;
-        if (text::trim(rec).empty())
-            continue;
-        ++recordNo;
-        // Eight header fields, each closed by ":", then the prefixes.
-        std::array<std::string, 8> h;
-        std::size_t pos = 0;
-        bool ok = true;
-        for (auto& f : h) {
-            const auto colon = rec.find(':', pos);
-            if (colon == std::string_view::npos) {
-                ok = false;
-                break;
+    const std::optional<Failure> bad =
+        forEachRecord(removeLineEnds(singleByte(bytes)), [&](std::string_view rec) -> bool {
+            // Eight header fields, each closed by ":", then the prefixes.
+            std::array<std::string, 8> h;
+            std::size_t pos = 0;
+            bool ok = true;
+            for (auto& f : h) {
+                const auto colon = rec.find(':', pos);
+                if (colon == std::string_view::npos) {
+                    ok = false;
+                    break;
+                }
+                f = text::trim(text::cp1252ToUtf8(rec.substr(pos, colon - pos)));
+                pos = colon + 1;
             }
-            f = text::trim(text::cp1252ToUtf8(rec.substr(pos, colon - pos)));
-            pos = colon + 1;
-        }
-        if (!ok || h[0].empty() || !text::isInteger(h[1]) || !text::isInteger(h[2]) || h[3].empty())
-            return invalid("record " + std::to_string(recordNo));
-        DxEntry e;
-        e.Country = cut(h[0], kCountrySize);
-        e.CQZone = zoneValue(h[1]);
-        e.ITUZone = zoneValue(h[2]);
-        e.Continent = cut(h[3], kContinentSize);
-        e.PrimaryPrefix = cut(h[7], kPrefixSize);
-        const std::int32_t recNr = b.addEntry(e);
-        for (auto& t : splitTokens(rec.substr(pos), ",&"))
-            b.addPrefix(std::move(t), recNr);
-    }
+            if (!ok || h[0].empty() || !text::isInteger(h[1]) || !text::isInteger(h[2]) ||
+                h[3].empty())
+                return false;
+            DxEntry e;
+            e.Country = cut(h[0], kCountrySize);
+            e.CQZone = zoneValue(h[1]);
+            e.ITUZone = zoneValue(h[2]);
+            e.Continent = cut(h[3], kContinentSize);
+            e.PrimaryPrefix = cut(h[7], kPrefixSize);
+            const std::int32_t recNr = b.addEntry(e);
+            for (auto& t : splitTokens(rec.substr(pos), ",&"))
+                b.addPrefix(std::move(t), recNr);
+            return true;
+        });
+    if (bad)
+        return *bad;
     if (tables.dx.empty() || !zonesValid(tables))
         return invalid();
     return tables;
