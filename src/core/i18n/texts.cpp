@@ -47,23 +47,8 @@ namespace {
 std::vector<std::string> lines(std::istream& in) {
     std::ostringstream ss;
     ss << in.rdbuf();
-    std::string content = ss.str();
-    if (text::startsWith(content, "\xEF\xBB\xBF"))
-        content.erase(0, 3);
-    content = text::decodeLegacy(content);
-    std::vector<std::string> out;
-    std::size_t start = 0;
-    while (start < content.size()) {
-        auto end = content.find('\n', start);
-        if (end == std::string::npos)
-            end = content.size();
-        std::string line = content.substr(start, end - start);
-        if (!line.empty() && line.back() == '\r')
-            line.pop_back();
-        out.push_back(std::move(line));
-        start = end + 1;
-    }
-    return out;
+    // decodeLegacy also drops a byte-order mark.
+    return text::splitLines(text::decodeLegacy(ss.str()));
 }
 
 // A line of a language file cannot hold a line break, so a text carries it

@@ -22,25 +22,13 @@ std::optional<Document> load(const fs::path& path) {
     std::error_code ec;
     if (!fs::is_regular_file(path, ec))
         return std::nullopt;
-    std::string raw = fileio::readAll(path);
-    if (text::startsWith(raw, "\xEF\xBB\xBF"))
-        raw.erase(0, 3);
-    const std::string content = text::decodeLegacy(raw);
+    // decodeLegacy also drops a byte-order mark.
+    const std::string content = text::decodeLegacy(fileio::readAll(path));
     Document doc;
     const auto firstLf = content.find('\n');
     if (firstLf != std::string::npos && firstLf > 0 && content[firstLf - 1] == '\r')
         doc.eol = "\r\n";
-    std::size_t start = 0;
-    while (start < content.size()) {
-        auto end = content.find('\n', start);
-        if (end == std::string::npos)
-            end = content.size();
-        std::string line = content.substr(start, end - start);
-        if (!line.empty() && line.back() == '\r')
-            line.pop_back();
-        doc.lines.push_back(std::move(line));
-        start = end + 1;
-    }
+    doc.lines = text::splitLines(content);
     return doc;
 }
 

@@ -51,7 +51,9 @@ char32_t nextCodePoint(std::string_view s, std::size_t& i) {
     return cp;
 }
 
-bool isBlank(char c) { return c == ' ' || c == '\t' || c == '\r' || c == '\n' || c == '\v' || c == '\f'; }
+bool isBlank(char c) {
+    return c == ' ' || c == '\t' || c == '\r' || c == '\n' || c == '\v' || c == '\f';
+}
 
 } // namespace
 
@@ -118,6 +120,22 @@ std::string utf8ToCp1252(std::string_view s) {
     return out;
 }
 
+std::vector<std::string> splitLines(std::string_view s) {
+    std::vector<std::string> out;
+    std::size_t start = 0;
+    while (start < s.size()) {
+        std::size_t end = s.find('\n', start);
+        if (end == std::string_view::npos)
+            end = s.size();
+        std::string_view line = s.substr(start, end - start);
+        if (!line.empty() && line.back() == '\r')
+            line.remove_suffix(1);
+        out.emplace_back(line);
+        start = end + 1;
+    }
+    return out;
+}
+
 std::string trimLeft(std::string_view s) {
     std::size_t a = 0;
     while (a < s.size() && isBlank(s[a]))
@@ -132,7 +150,9 @@ std::string trimRight(std::string_view s) {
     return std::string(s.substr(0, b));
 }
 
-std::string trim(std::string_view s) { return trimLeft(trimRight(s)); }
+std::string trim(std::string_view s) {
+    return trimLeft(trimRight(s));
+}
 
 namespace {
 template <bool Up> std::string changeCase(std::string_view s) {
@@ -167,8 +187,12 @@ template <bool Up> std::string changeCase(std::string_view s) {
 }
 } // namespace
 
-std::string upper(std::string_view s) { return changeCase<true>(s); }
-std::string lower(std::string_view s) { return changeCase<false>(s); }
+std::string upper(std::string_view s) {
+    return changeCase<true>(s);
+}
+std::string lower(std::string_view s) {
+    return changeCase<false>(s);
+}
 
 bool iequals(std::string_view a, std::string_view b) {
     if (a.size() == b.size()) {
@@ -187,7 +211,9 @@ bool iequals(std::string_view a, std::string_view b) {
     return upper(a) == upper(b);
 }
 
-bool startsWith(std::string_view s, std::string_view p) { return s.substr(0, p.size()) == p; }
+bool startsWith(std::string_view s, std::string_view p) {
+    return s.substr(0, p.size()) == p;
+}
 bool endsWith(std::string_view s, std::string_view p) {
     return s.size() >= p.size() && s.substr(s.size() - p.size()) == p;
 }

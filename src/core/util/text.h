@@ -2,6 +2,7 @@
 
 #include <string>
 #include <string_view>
+#include <vector>
 
 // Small text helpers shared by every reader and writer of the program.
 namespace orv::text {
@@ -14,6 +15,10 @@ std::string cp1252ToUtf8(std::string_view s);
 std::string decodeLegacy(std::string_view s);
 // UTF-8 to Windows-1252; characters that the code page cannot hold become "?".
 std::string utf8ToCp1252(std::string_view s);
+
+// The lines of a text: LF and CR LF both end a line, and a last line
+// without its end counts as well.
+std::vector<std::string> splitLines(std::string_view s);
 
 std::string trim(std::string_view s);
 std::string trimLeft(std::string_view s);
