@@ -65,16 +65,23 @@ std::deque<std::string>& QtDialogs::recorded() {
 }
 
 Answer QtDialogs::ask(const std::string& text, Buttons buttons, Icon icon, Answer defaultAnswer) {
+    return askTitled(QApplication::applicationDisplayName().toStdString(), text, buttons, icon,
+                     defaultAnswer);
+}
+
+Answer QtDialogs::askTitled(const std::string& title, const std::string& text, Buttons buttons,
+                            Icon icon, Answer defaultAnswer) {
     if (!hook().answers.empty() || hook().recording) {
         hook().recorded.push_back(text);
+        hook().titles.push_back(title);
         if (hook().answers.empty())
             return defaultAnswer;
         const Answer a = hook().answers.front();
         hook().answers.pop_front();
         return a;
     }
-    QMessageBox box(toQt(icon), QApplication::applicationDisplayName(),
-                    QString::fromStdString(text), QMessageBox::NoButton, parent_);
+    QMessageBox box(toQt(icon), QString::fromStdString(title), QString::fromStdString(text),
+                    QMessageBox::NoButton, parent_);
     switch (buttons) {
     case Buttons::Ok:
         box.setStandardButtons(QMessageBox::Ok);

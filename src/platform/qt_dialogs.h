@@ -17,6 +17,8 @@ class QtDialogs final : public Dialogs {
 public:
     explicit QtDialogs(QWidget* parent = nullptr) : parent_(parent) {}
     Answer ask(const std::string& text, Buttons buttons, Icon icon, Answer defaultAnswer) override;
+    Answer askTitled(const std::string& title, const std::string& text, Buttons buttons, Icon icon,
+                     Answer defaultAnswer) override;
     void inform(const std::string& text, Icon icon) override;
     void informTitled(const std::string& title, const std::string& text, Icon icon) override;
 

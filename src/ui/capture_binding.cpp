@@ -61,7 +61,11 @@ CaptureBinding::CaptureBinding(MainWindow& window, Capture& capture, ContestLog&
     connect(&window_, &MainWindow::locatorEdited, this, &CaptureBinding::preview);
     connect(&window_, &MainWindow::editLocatorEdited, this, &CaptureBinding::editPreview);
     connect(&window_, &MainWindow::callLeft, this,
-            [this](const QString& call) { guarded([this, call] { checkCall(call); }); });
+            [this](const QString& call) { guarded([this, call] { checkCall(call, true); }); });
+    connect(&window_, &MainWindow::lookupCallTaken, this,
+            [this](const QString& call, bool testDuplicate) {
+                guarded([this, call, testDuplicate] { checkCall(call, testDuplicate); });
+            });
     connect(&window_, &MainWindow::editRequested, this, &CaptureBinding::EditView);
     connect(&window_, &MainWindow::markDeletedRequested, this,
             [this](int row) { guarded([this, row] { MnMarkASKill(row); }); });
@@ -88,6 +92,10 @@ CaptureBinding::CaptureBinding(MainWindow& window, Capture& capture, ContestLog&
     if (capture_.band() != window_.currentBand())
         capture_.selectBand(window_.currentBand());
     showBand();
+    // F2 brings back the station worked last: at start the last QSO of the
+    // band shown, later only what a commit stores, never a band change.
+    window_.setLast(QString::fromStdString(capture_.lastCall()),
+                    QString::fromStdString(capture_.lastLocator()));
 }
 
 void CaptureBinding::guarded(const std::function<void()>& work) {
@@ -120,8 +128,8 @@ void CaptureBinding::showBand() {
         return toRow(capture_.state().rows().at(static_cast<std::size_t>(r)));
     });
     window_.setNextSerial(QString::fromStdString(capture_.state().nextSerial()));
-    window_.setLast(QString::fromStdString(capture_.lastCall()),
-                    QString::fromStdString(capture_.lastLocator()));
+    // A duplicate panel of the band before has nothing to resolve here.
+    duplicateNr_ = 0;
     showFigures();
     // The distance of a locator in hand is computed anew for the new band.
     preview(QString::fromStdString(window_.entryRow().locator));
@@ -160,6 +168,7 @@ void CaptureBinding::commit() {
         beeper_.beep();
         duplicateNr_ = text::leadingInt(r.duplicate.dup[3]);
         window_.showDuplicate(r.duplicate);
+        window_.restartClock();
         window_.focusNamed("Text3");
         return;
     case CommitResult::Kind::Stored:
@@ -217,8 +226,9 @@ void CaptureBinding::editPreview(const QString& locator) {
     }
 }
 
-void CaptureBinding::checkCall(const QString& call) {
-    if (const auto dup = capture_.CallExistTest(call.toStdString())) {
+void CaptureBinding::checkCall(const QString& call, bool testDuplicate) {
+    if (const auto dup = testDuplicate ? capture_.CallExistTest(call.toStdString())
+                                       : std::optional<DuplicatePanel>{}) {
         beeper_.beep();
         duplicateNr_ = text::leadingInt(dup->dup[3]);
         window_.showDuplicate(*dup);

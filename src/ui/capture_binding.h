@@ -62,7 +62,8 @@ private:
     void commit();
     void preview(const QString& locator);
     void editPreview(const QString& locator);
-    void checkCall(const QString& call);
+    // `CallExistTest` (when asked) and `WorkAlso` for a call in hand.
+    void checkCall(const QString& call, bool testDuplicate);
     void resolveDuplicate();
     void showFigures();
     void refreshRow(long row);

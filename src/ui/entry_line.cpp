@@ -153,9 +153,10 @@ void EntryLine::setEntryRow(const EntryRow& r) {
         setPreview({}, {});
 }
 
-void EntryLine::clear() {
+void EntryLine::clear(bool reportFiftyNine) {
     call_->clear();
-    rstSent_->setText(q(entry::nextReport(rstSent_->text().toStdString())));
+    rstSent_->setText(reportFiftyNine ? QString("59")
+                                      : q(entry::nextReport(rstSent_->text().toStdString())));
     rstReceived_->clear();
     locator_->clear();
     qrb_->clear();

@@ -37,8 +37,9 @@ public:
 
     EntryRow entryRow() const;
     void setEntryRow(const EntryRow& row);
-    // Empties the row for the next QSO (F10, Ctrl+W, Escape on a duplicate).
-    void clear();
+    // Empties the row for the next QSO (F10, Ctrl+W). Return or Escape on a
+    // duplicate empty it too, and then the report is always "59".
+    void clear(bool reportFiftyNine = false);
 
     // The fields, for the window's keys and its bindings.
     QLineEdit* time() const { return time_; }

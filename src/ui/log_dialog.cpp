@@ -208,6 +208,16 @@ void LogDialog::refuse(const Failure& f) {
 }
 
 void LogDialog::newLog() {
+    // A full disk or a file in the way shows its description; the chooser
+    // stays and nothing is open.
+    try {
+        makeNewLog();
+    } catch (const std::exception& e) {
+        dialogs_.inform(texts_(10) + "\n" + e.what(), Icon::Critical);
+    }
+}
+
+void LogDialog::makeNewLog() {
     // No on the overwrite question asks for a name again.
     for (;;) {
         const NewLogForm f = form();
@@ -246,16 +256,23 @@ void LogDialog::newLog() {
 void LogDialog::openExisting(const QString& name) {
     if (filling_ || name.trimmed().isEmpty())
         return;
-    auto opened = openLog(paths_.logFile(name.toStdString()));
-    if (!opened) {
-        dialogs_.inform(texts_(opened.failure().text), Icon::Critical);
+    std::optional<OpenedLog> o;
+    try {
+        auto opened = openLog(paths_.logFile(name.toStdString()));
+        if (!opened) {
+            dialogs_.inform(texts_(opened.failure().text), Icon::Critical);
+            return;
+        }
+        o.emplace(std::move(opened).value());
+    } catch (const std::exception& e) {
+        // A file in the folder that is no log, or a broken one.
+        dialogs_.inform(texts_(10) + "\n" + e.what(), Icon::Critical);
         return;
     }
-    OpenedLog o = std::move(opened).value();
-    call_->setEditText(q(o.myCall));
-    locator_->setText(q(o.myLocator));
-    contest_ = o.contest;
-    finish(std::move(o.log), name.toStdString(), o.bandsWithQsos, o.myCall, o.myLocator);
+    call_->setEditText(q(o->myCall));
+    locator_->setText(q(o->myLocator));
+    contest_ = o->contest;
+    finish(std::move(o->log), name.toStdString(), o->bandsWithQsos, o->myCall, o->myLocator);
 }
 
 void LogDialog::finish(ContestLog log, const std::string& name, std::array<bool, kBandCount> bands,

@@ -63,6 +63,7 @@ public:
     void setTimeSetter(SystemTimeSetter& setter) { timeSetter_ = &setter; }
 
 private:
+    void makeNewLog();
     void fillLogs();
     void refuse(const Failure& f);
     void showClock();

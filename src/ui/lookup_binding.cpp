@@ -293,13 +293,8 @@ void LookupBinding::contextMenu(const QPoint& pos) {
 }
 
 void LookupBinding::takeRow(int key) {
-    // F8 and F9 of the window take the selected row into the entry row or
-    // the correction line and do what follows; a click or the menu asks them.
-    if (list_->count() == 0)
-        return;
-    QWidget* target = window_.editLineOpen() ? window_.findChild<QWidget*>("Text33") : call_;
-    QKeyEvent press(QEvent::KeyPress, key, Qt::NoModifier);
-    QCoreApplication::sendEvent(target ? target : call_, &press);
+    // A click and the menu take the selected row as F8 and F9 do.
+    window_.takeLookupLine(key == Qt::Key_F8, false);
 }
 
 void LookupBinding::takeCallOnly() {

@@ -218,6 +218,10 @@ void MainWindow::connectParts() {
 void MainWindow::bandBoxChanged(int index) {
     if (editLineOpen())
         closeEditLine(false);
+    // The duplicate and worked-before panels tell of the band they were
+    // raised on; F11 must never act on another.
+    panels_->hideDuplicate();
+    panels_->hideWorkedElsewhere();
     // The band's propagation is read before the load changes anything.
     const QString prop = bandProp_[static_cast<std::size_t>(index)];
     emit bandChanged(index);
@@ -477,11 +481,15 @@ void MainWindow::clearLocatorField() {
     setPreview({}, {});
 }
 
-void MainWindow::clearEntryLine() {
+void MainWindow::clearEntryLine(bool reportFiftyNine) {
     status_->clear();
     panels_->hideDuplicate();
     panels_->hideWorkedElsewhere();
-    entry_->clear();
+    entry_->clear(reportFiftyNine);
+}
+
+void MainWindow::restartClock() {
+    entry_->startClock();
 }
 
 void MainWindow::tickClock() {

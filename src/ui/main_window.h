@@ -150,8 +150,15 @@ public:
     void clearCallField();
     void clearLocatorField();
 
-    // Clears the entry line (F10, Ctrl+W).
-    void clearEntryLine();
+    // Clears the entry line (F10, Ctrl+W; Return or Escape on a duplicate,
+    // with the report "59").
+    void clearEntryLine(bool reportFiftyNine = false);
+    // `Timer1` runs again (a commit refused as a duplicate).
+    void restartClock();
+    // F8 and F9, a click on the lookup list and its menu: the list's row
+    // goes into the entry row or the correction line. `byKey` is F8/F9,
+    // whose duplicate test needs a QSO in the band.
+    void takeLookupLine(bool withCall, bool byKey);
     // One tick of `Timer1`: the log time into `Text2`.
     void tickClock();
     bool clockRunning() const;
@@ -181,6 +188,9 @@ signals:
     // A correction opened from the comparison panel was stored with this
     // call and locator.
     void comparisonQsoCorrected(const QString& call, const QString& locator);
+    // A call was taken from the lookup list: test it as worked on this band
+    // (when `testDuplicate`) and on the others.
+    void lookupCallTaken(const QString& call, bool testDuplicate);
     // Grid row actions: correct, mark deleted, restore (after the question
     // of a double click, which the binding asks).
     void editRequested(int row);
@@ -201,7 +211,6 @@ private:
     void connectParts();
     void bandBoxChanged(int index);
     bool windowKey(QKeyEvent* e);
-    void takeLookupLine(bool withCall);
     void closeEditForMenu();
     void gridContextMenu(const QPoint& pos);
     void focusEditCall();

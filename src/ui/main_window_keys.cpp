@@ -13,6 +13,7 @@
 #include "platform/qt_dialogs.h"
 #include "ui/correction_line.h"
 #include "ui/key_events.h"
+#include "ui/log_grid_model.h"
 #include "ui/log_panels.h"
 #include "ui/main_window.h"
 #include "ui/widget_helpers.h"
@@ -68,6 +69,12 @@ bool MainWindow::eventFilter(QObject* watched, QEvent* event) {
 bool MainWindow::windowKey(QKeyEvent* e) {
     const bool editing = editLineOpen();
     QLineEdit* call = entry_->call();
+    // With the duplicate panel up, Return does not commit again: it and
+    // Escape empty the entry line for the next station.
+    if (isEnter(e) && panels_->duplicateShown() && !editing) {
+        clearEntryLine(true);
+        return true;
+    }
     if (plain(e, Qt::Key_Escape)) {
         if (panels_->comparisonShown() && !editing) {
             panels_->hideComparison();
@@ -76,6 +83,10 @@ bool MainWindow::windowKey(QKeyEvent* e) {
         }
         if (editing) {
             closeEditLine(false);
+            return true;
+        }
+        if (panels_->duplicateShown()) {
+            clearEntryLine(true);
             return true;
         }
         if (panels_->workedElsewhereShown()) {
@@ -128,7 +139,7 @@ bool MainWindow::windowKey(QKeyEvent* e) {
         return true;
     }
     if ((plain(e, Qt::Key_F8) || plain(e, Qt::Key_F9)) && side_->lookupList()->count() > 0) {
-        takeLookupLine(e->key() == Qt::Key_F8);
+        takeLookupLine(e->key() == Qt::Key_F8, true);
         return true;
     }
     if (plain(e, Qt::Key_F2) && !editing) {
@@ -146,18 +157,25 @@ bool MainWindow::windowKey(QKeyEvent* e) {
     return false;
 }
 
-void MainWindow::takeLookupLine(bool withCall) {
+void MainWindow::takeLookupLine(bool withCall, bool byKey) {
     const QListWidget* list = side_->lookupList();
+    if (list->count() == 0)
+        return;
     const QListWidgetItem* item = list->currentItem() ? list->currentItem() : list->item(0);
     const std::string row = item->text().toStdString();
     const bool editing = editLineOpen();
     QLineEdit* callField = editing ? correction_->call() : entry_->call();
     QLineEdit* locField = editing ? correction_->field("Text77") : entry_->locator();
     locField->setText(q(listLineLocator(row)));
-    if (withCall) {
-        callField->setText(q(listLineCall(row)));
-        focusField(editing ? correction_->field("Text44") : entry_->rstSent(), true);
-    }
+    if (!withCall)
+        return;
+    const QString taken = q(listLineCall(row)).trimmed().toUpper();
+    callField->setText(taken);
+    // The tests run whichever field has the focus, not only when the call
+    // field is left; F8 tests for a duplicate only in a band with QSOs.
+    if (taken.size() > 2)
+        emit lookupCallTaken(taken, !byKey || gridModel_->rowCount() > 0);
+    focusField(editing ? correction_->field("Text44") : entry_->rstSent(), true);
 }
 
 } // namespace orv::ui

@@ -29,6 +29,7 @@ constexpr const char* kDefaultLanguage = "<Default>";
 Startup::Startup(std::filesystem::path dataFolder, Dialogs& dialogs, Clock& clock, Beeper& beeper)
     : folder_(std::move(dataFolder)), dialogs_(dialogs), clock_(clock), beeper_(beeper) {
     runLogDialog = [](LogDialog& d) { return d.exec() == QDialog::Accepted; };
+    runLogChooser = [](LogFileChooser& d) { return d.exec() == QDialog::Accepted; };
     endProgram = [] { QCoreApplication::exit(0); };
 }
 
@@ -185,18 +186,27 @@ void Startup::bindLog() {
 }
 
 void Startup::changeLog() {
-    LogDialog dialog(*settings_, paths_, texts_, dialogs_, clock_, beeper_, window_.get());
-    const bool chosen = runLogDialog(dialog) && dialog.chosen();
+    LogFileChooser chooser(paths_, texts_, dialogs_, window_.get());
+    const bool chosen = runLogChooser(chooser) && chooser.opened();
     window_->clearCallField();
     if (!chosen)
         return;
-    // The old log keeps its contest data; then the capture lets go of it
-    // before the new one takes its place.
-    SaveConDat();
+    OpenedLog& o = *chooser.opened();
+    const EntryRow row = window_->entryRow();
+    LogDialog::Chosen next{std::move(o.log),
+                           paths_.logFile(chooser.name().toStdString()).filename().string(),
+                           o.myCall,
+                           o.myLocator,
+                           window_->currentBand(),
+                           row.mode,
+                           log_->zeitPlusMinus,
+                           o.contest,
+                           o.bandsWithQsos};
+    // The capture lets go of the old log before the new one takes its place.
     delete binding_;
     binding_ = nullptr;
     capture_.reset();
-    log_.emplace(std::move(*dialog.chosen()));
+    log_.emplace(std::move(next));
     window_->clearLocatorField();
     bindLog();
     window_->focusNamed("Text3");

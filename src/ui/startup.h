@@ -10,6 +10,7 @@
 #include "core/app/app_paths.h"
 #include "core/i18n/texts.h"
 #include "core/settings/settings.h"
+#include "ui/log_chooser.h"
 #include "ui/log_dialog.h"
 
 namespace orv {
@@ -44,6 +45,8 @@ public:
     // Shows the chooser and tells whether it ended with a log; replaced by
     // tests, which drive the dialog without a modal loop.
     std::function<bool(LogDialog&)> runLogDialog;
+    // Shows the small chooser of `MnLoadLog`; replaced by tests in the same way.
+    std::function<bool(LogFileChooser&)> runLogChooser;
 
     MainWindow* window() { return window_.get(); }
     Texts& texts() { return texts_; }
@@ -58,8 +61,9 @@ public:
 
     CaptureBinding* binding() { return binding_; }
 
-    // `MnLoadLog`: the log chooser over the running window; a chosen log
-    // replaces the open one, the band is loaded anew and the call emptied.
+    // `MnLoadLog`: the small chooser over the running window; a chosen log
+    // replaces the open one on the band and modes in use, the band is loaded
+    // anew and the call emptied. The settings file is left as it is.
     void changeLog();
     // Ends the program after the band was emptied, without saving: what is
     // in memory is stale. Replaced by tests.

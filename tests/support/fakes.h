@@ -37,10 +37,16 @@ public:
         answers.pop_front();
         return a;
     }
+    Answer askTitled(const std::string& title, const std::string& text, Buttons b, Icon i,
+                     Answer defaultAnswer) override {
+        titles.push_back(title);
+        return ask(text, b, i, defaultAnswer);
+    }
     void inform(const std::string& text, Icon) override { informed.push_back(text); }
 
     std::deque<Answer> answers;
     std::vector<std::string> asked;
+    std::vector<std::string> titles; // of the questions asked with a title
     std::vector<std::string> informed;
 };
 

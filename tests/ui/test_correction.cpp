@@ -7,6 +7,7 @@
 #include <QComboBox>
 #include <QLabel>
 #include <QLineEdit>
+#include <QListWidget>
 #include <QMenu>
 #include <QPushButton>
 #include <QRegularExpression>
@@ -453,26 +454,54 @@ private slots:
         QVERIFY(bearing->text().contains('.'));
     }
 
+    // `MnLoadLog` lists the logs in `Form12`; a chosen log takes the band
+    // and modes in use and leaves the settings file alone, and a file that
+    // is no log says why and keeps the log in use.
     void changingTheLogBindsTheNewOne() {
+        orv::ContestLog::create(*dir / "Logs" / "second.sqlite",
+                                orv::NewLogData{"OE1ABC", "JN78DF", "Other", {}});
+        orv::test::writeFile(*dir / "Logs" / "broken.sqlite", "no database\n");
         logQso("DL1AAA", "JO31AA");
         edit("Text3")->setText("PARTIAL");
-        app->runLogDialog = [](LogDialog&) { return false; };
+        QStringList listed;
+        app->runLogChooser = [&](orv::ui::LogFileChooser& c) {
+            auto* files = c.findChild<QListWidget*>("File1");
+            for (int i = 0; i < files->count(); ++i)
+                listed << files->item(i)->text();
+            return false;
+        };
         w->findChild<QAction*>("MnLoadLog")->trigger();
+        QCOMPARE(listed, QStringList({"broken", "main", "second"}));
         QCOMPARE(edit("Text3")->text(), QString());
         QCOMPARE(w->windowTitle(), QString("OrvantaContest - [main.sqlite]"));
 
-        app->runLogDialog = createLog("second");
+        QtDialogs::recorded().clear();
+        app->runLogChooser = [](orv::ui::LogFileChooser& c) { return c.take("broken"); };
+        w->findChild<QAction*>("MnLoadLog")->trigger();
+        QVERIFY(lastMessage().rfind("FEHLER\n", 0) == 0);
+        QCOMPARE(w->windowTitle(), QString("OrvantaContest - [main.sqlite]"));
+        logQso("DL2BBB", "JO52AA");
+        QCOMPARE(stored().size(), std::size_t{2});
+
+        w->findChild<QPushButton*>("BandSel2")->click();
+        w->setCurrentMode("CW");
+        const std::string ini = orv::test::readFile(*dir / "OrvantaContest.INI");
+        app->runLogChooser = [](orv::ui::LogFileChooser& c) { return c.take("second"); };
         edit("Text7")->setText("JO31");
         w->findChild<QAction*>("MnLoadLog")->trigger();
         QCOMPARE(w->windowTitle(), QString("OrvantaContest - [second.sqlite]"));
+        QCOMPARE(w->currentBand(), 2);
+        QCOMPARE(w->entryRow().mode, std::string("CW"));
+        QCOMPARE(orv::test::readFile(*dir / "OrvantaContest.INI"), ini);
+        QCOMPARE(w->findChild<QLineEdit*>("Text11")->text(), QString("OE1ABC"));
         QCOMPARE(grid().rowCount(), 0);
         QCOMPARE(edit("Text7")->text(), QString());
         QCOMPARE(label("Label19"), QString("0"));
         QCOMPARE(edit("Text5")->text(), QString("001"));
-        logQso("OK2ZZZ", "JN89AA");
-        QCOMPARE(orv::ContestLog::open(*dir / "Logs" / "second.sqlite").value().rows(1).size(),
+        logQso("OK2ZZZ", "JN89AA", "599001");
+        QCOMPARE(orv::ContestLog::open(*dir / "Logs" / "second.sqlite").value().rows(2).size(),
                  std::size_t{1});
-        QCOMPARE(stored().size(), std::size_t{1});
+        QCOMPARE(stored().size(), std::size_t{2});
     }
 
     void smallLayoutIsForLowScreens_data() {

@@ -7,6 +7,7 @@
 #include <QLineEdit>
 #include <QLockFile>
 #include <QPushButton>
+#include <QRegularExpression>
 #include <QTableView>
 #include <QTest>
 #include <sys/wait.h>
@@ -241,6 +242,41 @@ private slots:
         QCOMPARE(d.chosen()->myLocator, std::string("JO62QM"));
     }
 
+    // A file in Logs/ that is no log, and a new log that cannot be written,
+    // show their description; the chooser stays and the program goes on.
+    void chooserSurvivesBadFiles() {
+        orv::test::TempDir dir;
+        agree(dir);
+        std::filesystem::create_directories(dir / "Logs" / "blocked.sqlite" / "inside");
+        orv::test::writeFile(dir / "Logs" / "broken.sqlite", "this is no database at all\n");
+        Startup s(dir.path(), dialogs, clock, beeper);
+        bool stayed = false;
+        s.runLogDialog = [&](LogDialog& d) {
+            d.openExisting("broken");
+            if (d.result() == QDialog::Accepted || d.chosen())
+                return false;
+            d.findChild<QComboBox*>("Text1")->setEditText("DL0XYZ");
+            d.findChild<QLineEdit*>("Text2")->setText("JO62QM");
+            d.findChild<QComboBox*>("Combo4")->setEditText("Test contest");
+            QtDialogs::queueInput("blocked");
+            QtDialogs::queueAnswer(Answer::Yes);
+            d.newLog();
+            stayed = d.result() != QDialog::Accepted && !d.chosen();
+            QtDialogs::queueInput("good");
+            d.newLog();
+            return d.result() == QDialog::Accepted;
+        };
+        QCOMPARE(s.run(), Startup::Outcome::Run);
+        QVERIFY(stayed);
+        QStringList shown;
+        for (const auto& m : QtDialogs::recorded())
+            shown << QString::fromStdString(m);
+        QCOMPARE(shown.filter(QRegularExpression("^FEHLER\n.+")).size(), 2);
+        QCOMPARE(s.window()->windowTitle(), QString("OrvantaContest - [good.sqlite]"));
+        QCOMPARE(orv::test::readFile(dir / "Logs" / "broken.sqlite"),
+                 std::string("this is no database at all\n"));
+    }
+
     void typedQsoLandsInTheLogFile() {
         orv::test::TempDir dir;
         agree(dir);
@@ -285,17 +321,22 @@ private slots:
         QCOMPARE(rows[0].datTime.toStorage(), std::string("2026-05-02 14:30:00"));
         QCOMPARE(w->findChild<QLabel*>("Label19")->text(), QString::number(rows[0].qrb));
 
-        // The same call again is a duplicate: the panel shows, nothing stored.
+        // The same call again is a duplicate: leaving the call field shows the
+        // panel, and Return then empties the entry line instead of a commit.
+        const int beepsBefore = beeper.beeps;
         QTest::keyClicks(call, "DL1ABC/P");
         QTest::keyClick(call, Qt::Key_Space);
         QVERIFY(w->findChild<QWidget*>("Picture11")->isVisible());
-        QTest::keyClicks(QApplication::focusWidget(), "");
-        w->findChild<QLineEdit*>("Text6")->setText("59002");
-        w->findChild<QLineEdit*>("Text7")->setText("JO31AA");
-        const int beepsBefore = beeper.beeps;
-        QTest::keyClick(w->findChild<QLineEdit*>("Text7"), Qt::Key_Return);
         QVERIFY(beeper.beeps > beepsBefore);
         QCOMPARE(w->findChild<QLabel*>("Dup1")->text(), QString("DL1ABC/P"));
+        w->findChild<QLineEdit*>("Text4")->setText("599");
+        w->findChild<QLineEdit*>("Text6")->setText("59002");
+        w->findChild<QLineEdit*>("Text7")->setText("JO31AA");
+        QTest::keyClick(w->findChild<QLineEdit*>("Text7"), Qt::Key_Return);
+        QVERIFY(!w->findChild<QWidget*>("Picture11")->isVisible());
+        QCOMPARE(call->text(), QString());
+        QCOMPARE(w->findChild<QLineEdit*>("Text4")->text(), QString("59"));
+        QCOMPARE(w->findChild<QLineEdit*>("Text7")->text(), QString());
         QCOMPARE(orv::ContestLog::open(dir / "Logs" / "contest.sqlite").value().rows(1).size(),
                  std::size_t{1});
 

@@ -382,7 +382,8 @@ bool Capture::ErrQSO(std::int64_t qsoNr) {
     const long i = state_.findRow(qsoNr);
     if (i < 0)
         return false;
-    if (dialogs_.ask(texts_(17), Buttons::YesNo, Icon::Question, Answer::Yes) != Answer::Yes)
+    if (dialogs_.askTitled(texts_(20), texts_(17), Buttons::YesNo, Icon::Question, Answer::Yes) !=
+        Answer::Yes)
         return false;
     markRow(static_cast<std::size_t>(i), true);
     return true;

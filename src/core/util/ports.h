@@ -35,6 +35,13 @@ public:
     // defaultAnswer is the button that Enter presses.
     virtual Answer ask(const std::string& text, Buttons buttons, Icon icon,
                        Answer defaultAnswer) = 0;
+    // A question under a title of its own; where titles are not shown the
+    // question alone is enough.
+    virtual Answer askTitled(const std::string& title, const std::string& text, Buttons buttons,
+                             Icon icon, Answer defaultAnswer) {
+        (void)title;
+        return ask(text, buttons, icon, defaultAnswer);
+    }
     virtual void inform(const std::string& text, Icon icon) = 0;
     // A message under a title of its own (the ODX box); where titles are not
     // shown the text alone is enough.

@@ -12,6 +12,7 @@ TEST_F(CaptureTest, DeletingAsksAndTheSameCallMayBeLoggedAgain) {
     dialogs.answers = {Answer::Yes};
     ASSERT_TRUE(capture->ErrQSO(1));
     EXPECT_EQ(dialogs.asked.back(), texts(17));
+    EXPECT_EQ(dialogs.titles.back(), texts(20));
     EXPECT_TRUE(log->rows(k144)[0].errQso);
     EXPECT_EQ(capture->state().deletedCount(), 1);
     EXPECT_EQ(capture->state().PGesamt, 0);
