@@ -240,8 +240,8 @@ void StationLogWindow::save() {
         else
             model_->appended(nr);
         grid_->scrollTo(model_->index(model_->rowOf(nr), 0));
-        ctx_.settings.set(keys::QJQSL, entry_->qsl().toStdString());
-        ctx_.settings.set(keys::QJPower, entry_->power().toStdString());
+        rememberBox(keys::QJQSL, entry_->qsl());
+        rememberBox(keys::QJPower, entry_->power());
     } catch (const std::exception& e) {
         error(e);
         return;
@@ -251,6 +251,14 @@ void StationLogWindow::save() {
         call->setFocus();
     tick();
     clock_->start();
+}
+
+void StationLogWindow::rememberBox(const StrSetting& key, const QString& value) {
+    // Each write rewrites and syncs the settings file: only a change is
+    // worth that on every save.
+    const std::string v = value.toStdString();
+    if (ctx_.settings.get(key) != v)
+        ctx_.settings.set(key, v);
 }
 
 void StationLogWindow::takeFromGrid(const QModelIndex& index) {

@@ -18,6 +18,7 @@ class Dialogs;
 class Settings;
 class StationLog;
 class Texts;
+struct StrSetting;
 } // namespace orv
 
 namespace orv::ui {
@@ -73,6 +74,7 @@ private:
     void useLog(std::unique_ptr<StationLog> log);
     void refill();
     void takeFromGrid(const QModelIndex& index);
+    void rememberBox(const StrSetting& key, const QString& value);
     void tick();
     void refuse(int text, const std::string& field);
     void error(const std::exception& e);
