@@ -7,6 +7,7 @@
 #include <QComboBox>
 #include <QLineEdit>
 #include <QPlainTextEdit>
+#include <QPointer>
 #include <QPushButton>
 #include <QTableView>
 #include <QTest>
@@ -19,9 +20,13 @@
 #include "platform/qt_dialogs.h"
 #include "support/fakes.h"
 #include "support/temp_dir.h"
+#include "ui/main_window.h"
+#include "ui/startup.h"
 #include "ui/stationlog/qj_config_dialog.h"
+#include "ui/stationlog/station_log_menu.h"
 #include "ui/stationlog/station_log_window.h"
 #include "ui/submission_menus.h"
+#include "ui_support.h"
 
 using orv::Answer;
 using orv::platform::QtDialogs;
@@ -296,6 +301,44 @@ private slots:
         again->start();
         QVERIFY(again->log());
         QVERIFY(dialogs.asked.size() == 1);
+    }
+
+    // Through the program's start: the menu entry and F7 open the station log
+    // beside the contest window, a second F7 brings the same one forward, and
+    // closing the contest window unloads it with its settings.
+    void opensFromTheMainWindowAndClosesWithIt() {
+        orv::test::writeFile(paths.iniPath(), "[QB]\nEinverstanden=-1\n");
+        orv::test::CountingBeeper beeper;
+        orv::ui::Startup s(home->path(), dialogs, clock, beeper);
+        s.runLogDialog = orv::test::createLog("Contest");
+        QCOMPARE(s.run(), orv::ui::Startup::Outcome::Run);
+        orv::ui::MainWindow* w = s.window();
+        auto* menu = w->findChild<QAction*>("MnOrvantaLog");
+        QVERIFY(menu && menu->isEnabled());
+        QVERIFY(!orv::ui::stationLogWindow(s));
+
+        dialogs.answers.push_back(Answer::Yes); // IText(377): a new log
+        QtDialogs::queueInput(std::string("Home"));
+        QTest::keyClick(w->findChild<QLineEdit*>("Text3"), Qt::Key_F7);
+        StationLogWindow* log = orv::ui::stationLogWindow(s);
+        QVERIFY(log);
+        QCOMPARE(log->objectName(), QString("QJForm1"));
+        QVERIFY(log->isWindow());
+        QVERIFY(log->isVisible());
+        QVERIFY(log->log());
+        QVERIFY(w->isVisible());
+        QCOMPARE(std::filesystem::exists(paths.stationLogPath() / "Home.sqlite"), true);
+
+        menu->trigger();
+        QCOMPARE(orv::ui::stationLogWindow(s), log);
+        QCOMPARE(dialogs.asked.size(), std::size_t{1});
+
+        type(log, "Combo8", "JN58TD");
+        QPointer<StationLogWindow> watch(log);
+        w->close();
+        QTRY_VERIFY(!watch);
+        QCOMPARE(orv::readStationList(*settings, orv::section::QJDatMyLocList),
+                 std::vector<std::string>{"JN58TD"});
     }
 
     void aFileThatIsNoStationLogIsRefused() {

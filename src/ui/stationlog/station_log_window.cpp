@@ -110,7 +110,7 @@ StationLogWindow::~StationLogWindow() = default;
 
 void StationLogWindow::buildMenus() {
     QMenu* menu = menuBar()->addMenu(q(ctx_.texts(370)));
-    menu->setObjectName("MnLog");
+    menu->setObjectName("MnQJLog");
     for (const auto& m : kMenu) {
         QAction* a = menu->addAction(m.textRow ? q(ctx_.texts(m.textRow)) : QString(m.caption));
         a->setObjectName(m.control);
