@@ -16,15 +16,23 @@ void StationGridModel::load(StationLog* log) {
     endResetModel();
 }
 
-void StationGridModel::appended(std::int64_t nr) {
-    if (!numbers_.empty() && nr <= numbers_.back()) {
+void StationGridModel::appended(const StationQso& stored) {
+    if (!numbers_.empty() && stored.nr <= numbers_.back()) {
         load(log_);
         return;
     }
     const int row = rowCount();
     beginInsertRows({}, row, row);
-    numbers_.push_back(nr);
-    pages_.erase(row / kPage);
+    numbers_.push_back(stored.nr);
+    // The new row belongs to the last page: extend it when it is held (and
+    // holds every row before this one), else it is read when shown.
+    const auto page = pages_.find(row / kPage);
+    if (page != pages_.end()) {
+        if (page->second.size() == static_cast<std::size_t>(row % kPage))
+            page->second.push_back(stored);
+        else
+            pages_.erase(page);
+    }
     endInsertRows();
 }
 

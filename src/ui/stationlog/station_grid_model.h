@@ -26,7 +26,7 @@ public:
     // Reads the numbers of `log` (nothing: no log open) and resets the view.
     void load(StationLog* log);
     // A record stored after every other one: one row more, nothing re-read.
-    void appended(std::int64_t nr);
+    void appended(const StationQso& stored);
     // A record whose fields changed: its row is read again when shown.
     void changed(std::int64_t nr);
     // The record shown in a row, read from the log.

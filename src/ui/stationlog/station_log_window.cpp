@@ -235,10 +235,13 @@ void StationLogWindow::save() {
         if (!changed)
             nr = log_->add(checked.value());
         editing_.reset();
-        if (changed)
+        if (changed) {
             model_->changed(nr);
-        else
-            model_->appended(nr);
+        } else {
+            StationQso stored = checked.value();
+            stored.nr = nr;
+            model_->appended(stored);
+        }
         grid_->scrollTo(model_->index(model_->rowOf(nr), 0));
         rememberBox(keys::QJQSL, entry_->qsl());
         rememberBox(keys::QJPower, entry_->power());
