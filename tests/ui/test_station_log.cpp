@@ -285,8 +285,12 @@ private slots:
             const std::string ini = orv::test::readFile(paths.iniPath());
             QVERIFY(ini.find("[QJDATENQRG]\n00=50.150\n01=144.300\n") != std::string::npos);
 
+            auto* frame = child<QWidget>(w.get(), "Frame3");
+            auto* grid = child<QWidget>(w.get(), "DBGrid1");
+            QTRY_VERIFY(frame->y() < grid->y());
             child<QPushButton>(w.get(), "Command1")->click();
             QCOMPARE(settings->get(orv::keys::QJEingabePos), 1LL);
+            QTRY_VERIFY(frame->y() > grid->y());
             type(w.get(), "Combo8", "jn58td");
             type(w.get(), "Combo2", "Y");
             w->close();
