@@ -172,6 +172,8 @@ public:
     // Ctrl+L, a click on the squares, and F11 on the duplicate panel.
     std::function<void()> onSquareWindow;
     std::function<void()> onResolveDuplicate;
+    // F7: the station log.
+    std::function<void()> onStationLog;
     // Enter in a field of the correction line (`UebernehmenEdit`).
     std::function<void()> onEditCommit;
 

@@ -149,6 +149,11 @@ bool MainWindow::windowKey(QKeyEvent* e) {
         entry_->locator()->end(false);
         return true;
     }
+    if (plain(e, Qt::Key_F7)) {
+        if (onStationLog)
+            onStationLog();
+        return true;
+    }
     if (plain(e, Qt::Key_F11) && panels_->duplicateShown()) {
         if (onResolveDuplicate)
             onResolveDuplicate();
