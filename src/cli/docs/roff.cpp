@@ -4,7 +4,9 @@
 
 namespace orv::cli::roff {
 
-std::string escape(std::string_view text) {
+namespace {
+
+std::string escapeInline(std::string_view text) {
     std::string out;
     for (char c : text) {
         if (c == '\\')
@@ -14,12 +16,15 @@ std::string escape(std::string_view text) {
         else
             out += c;
     }
-    if (!out.empty() && (out[0] == '.' || out[0] == '\''))
-        out.insert(0, "\\&");
     return out;
 }
 
-namespace {
+// A dot or a quote opening a line would make it a request.
+std::string guardLineStart(std::string line) {
+    if (!line.empty() && (line[0] == '.' || line[0] == '\''))
+        line.insert(0, "\\&");
+    return line;
+}
 
 bool isPlaceholder(std::string_view word) {
     bool letter = false;
@@ -46,17 +51,21 @@ std::string styleWord(std::string_view word) {
             ++end;
         const std::string_view part = word.substr(i, end - i);
         if (part.size() > 1 && part[0] == '-')
-            out += "\\fB" + escape(part) + "\\fR";
+            out += "\\fB" + escapeInline(part) + "\\fR";
         else if (isPlaceholder(part))
-            out += "\\fI" + escape(part) + "\\fR";
+            out += "\\fI" + escapeInline(part) + "\\fR";
         else
-            out += escape(part);
+            out += escapeInline(part);
         i = end;
     }
     return out;
 }
 
 } // namespace
+
+std::string escape(std::string_view text) {
+    return guardLineStart(escapeInline(text));
+}
 
 std::string usage(std::string_view text) {
     std::string out;
@@ -73,7 +82,7 @@ std::string usage(std::string_view text) {
         out += styleWord(text.substr(i, end - i));
         i = end;
     }
-    return out;
+    return guardLineStart(out);
 }
 
 } // namespace orv::cli::roff

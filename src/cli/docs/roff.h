@@ -10,8 +10,8 @@ namespace orv::cli::roff {
 // leading dot or quote kept from being read as a request.
 std::string escape(std::string_view text);
 
-// A usage line with options in bold and placeholders (upper-case words) in
-// italics: "NAME --band BAND [--rows]".
+// A usage line (a line of its own, or the rest of one) with options in bold and placeholders
+// (upper-case words) in italics: "NAME --band BAND [--rows]".
 std::string usage(std::string_view text);
 
 } // namespace orv::cli::roff
