@@ -3,6 +3,7 @@
 # starts the program (default) or runs every test:
 #   scripts/setup.sh run [program arguments]
 #   scripts/setup.sh test
+#   scripts/setup.sh package   (the Debian package, in build/package/)
 # Safe to run again at any time: it installs only what is missing and builds
 # only what changed.
 set -euo pipefail
@@ -18,6 +19,7 @@ packages=(
     libsqlite3-dev libcurl4-openssl-dev
     libgtest-dev libgmock-dev libbenchmark-dev
     hamradio-files python3 python3-pyftpdlib clang-format
+    librsvg2-bin desktop-file-utils appstream lintian dpkg-dev file man-db bash-completion
 )
 # Node.js may come from elsewhere than Debian; only a missing one is installed.
 command -v node >/dev/null 2>&1 || packages+=(nodejs)
@@ -50,6 +52,12 @@ run)
     build "$root/build" -DCMAKE_BUILD_TYPE=RelWithDebInfo -DORVANTA_TESTS=OFF
     exec "$root/build/src/ui/orvanta-contest" "$@"
     ;;
+package)
+    build "$root/build" -DCMAKE_BUILD_TYPE=RelWithDebInfo -DORVANTA_TESTS=OFF
+    rm -f "$root"/build/package/*.deb
+    cpack -G DEB -B "$root/build/package" --config "$root/build/CPackConfig.cmake" >/dev/null
+    ls "$root"/build/package/*.deb
+    ;;
 test)
     # Node packages used by the tests that check our files with other readers.
     if [ -f tests/node/package.json ]; then
@@ -67,7 +75,7 @@ test)
         ctest --test-dir "$root/build-asan" --output-on-failure -j"$jobs" --timeout 900
     ;;
 *)
-    echo "usage: scripts/setup.sh run|test" >&2
+    echo "usage: scripts/setup.sh run|test|package" >&2
     exit 2
     ;;
 esac

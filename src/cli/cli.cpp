@@ -4,6 +4,7 @@
 #include <exception>
 #include <filesystem>
 
+#include "cli/help.h"
 #include "core/i18n/language.h"
 #include "core/version.h"
 
@@ -42,21 +43,6 @@ namespace {
 std::map<std::string, Command>& registry() {
     static std::map<std::string, Command> r;
     return r;
-}
-
-void printHelp(std::ostream& out) {
-    out << "orvanta-tool " << kVersion << " - the OrvantaContest log tool\n\n"
-        << "Usage: orvanta-tool [--home DIR] COMMAND [ARGS]\n\n"
-        << "Global options:\n"
-        << "  --home DIR   data folder (default $ORVANTA_HOME, else\n"
-        << "               $XDG_DATA_HOME/OrvantaContest)\n"
-        << "  --help       this text\n"
-        << "  --version    the program's version\n\n"
-        << "Commands:\n";
-    for (const auto& [name, c] : registry())
-        out << "  " << name << " " << c.usage << "\n      " << c.summary << "\n";
-    out << "\nExit status: 0 success, 1 file/database/device failure, 2 input refused,\n"
-        << "3 QSO refused as a duplicate.\n";
 }
 
 } // namespace

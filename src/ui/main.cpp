@@ -1,4 +1,5 @@
 #include <QApplication>
+#include <QIcon>
 #include <QTimer>
 #include <filesystem>
 #include <optional>
@@ -12,6 +13,10 @@ int main(int argc, char** argv) {
     QApplication app(argc, argv);
     QApplication::setApplicationName("OrvantaContest");
     QApplication::setApplicationDisplayName("OrvantaContest");
+    // The desktop entry and the icon of an installed copy carry the
+    // program's id; the window names them so the desktop can match them.
+    QGuiApplication::setDesktopFileName(ORVANTA_APP_ID);
+    QApplication::setWindowIcon(QIcon::fromTheme(ORVANTA_APP_ID));
     const QStringList args = QApplication::arguments();
     auto option = [&](const char* name) -> std::optional<QString> {
         const auto at = args.indexOf(name);

@@ -45,14 +45,17 @@ void restoreFromOrg(const fs::path& dir, const std::string& name) {
 }
 } // namespace
 
-AppPaths prepareDataFolder(const fs::path& folder) {
+AppPaths prepareDataFolder(const fs::path& folder, const std::optional<fs::path>& shipped) {
     AppPaths p{folder};
     fs::create_directories(folder);
     restoreFromOrg(folder, p.iniPath().filename().string());
     restoreFromOrg(folder, p.callDbPath().filename().string());
     for (const auto& sub : {p.logsPath(), p.audioPath(), p.languagePath()})
         fs::create_directories(sub);
-    installBundledLanguages(p.languagePath());
+    std::optional<fs::path> shippedLanguages;
+    if (shipped)
+        shippedLanguages = *shipped / "Language";
+    installBundledLanguages(p.languagePath(), shippedLanguages);
     return p;
 }
 

@@ -5,6 +5,8 @@
 #include <optional>
 #include <string>
 
+#include "core/app/shipped_data.h"
+
 namespace orv {
 
 // The data folder and the files and folders the program keeps in it.
@@ -40,9 +42,12 @@ std::optional<std::filesystem::path> findCaseBlind(const std::filesystem::path& 
 
 // Creates the data folder and its sub-folders where missing, and restores the
 // settings file and the call database from their "_org" copies when the file
-// itself is gone, and puts the shipped language files into Language/ where
-// they are missing. Throws std::filesystem::filesystem_error when the folder
-// cannot be made, fileio::FileError when a language file cannot be written.
-AppPaths prepareDataFolder(const std::filesystem::path& folder);
+// itself is gone, and puts the shipped language files (from the shipped data
+// folder `shipped`, see shipped_data.h) into Language/ where they are missing.
+// Throws std::filesystem::filesystem_error when the folder cannot be made,
+// fileio::FileError when a language file cannot be written.
+AppPaths
+prepareDataFolder(const std::filesystem::path& folder,
+                  const std::optional<std::filesystem::path>& shipped = shippedDataFolder());
 
 } // namespace orv
