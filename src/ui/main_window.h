@@ -9,6 +9,8 @@
 
 #include "core/capture/capture.h"
 #include "core/capture/rate_meter.h"
+#include "ui/entry_line.h"
+#include "ui/side_panel.h"
 
 class QAction;
 class QActionGroup;
@@ -33,30 +35,16 @@ class Texts;
 
 namespace orv::ui {
 
+class BandBar;
+class CorrectionLine;
 class LogGridModel;
+class LogPanels;
+class MainMenus;
 
-// The four colours of the entry row, as the options store them.
-struct FieldColours {
-    QColor aktiv{255, 192, 128};
-    QColor inAktiv{224, 224, 224};
-    QColor noEdit{224, 224, 224};
-    QColor bereitsQso{224, 224, 224};
-};
-
-// The band's running numbers as the statistics frame shows them. Core
-// computes them; the window only writes them into its labels.
-struct BandFigures {
-    long long lastQsoNr = 0;
-    long long pGesamt = 0;
-    QString kmPerQso = "0";
-    long long odx = 0;
-    long long squares = 0;
-    long long deleted = 0;
-};
-
-// The main window `Form1`: the entry row, the band buttons, the log grid and
-// the panels around them. It turns keys into calls of the hooks below and
-// shows what it is given; the rules of the program stay in core.
+// The main window `Form1` composes its parts: the menus, the band bar, the
+// entry row, the correction line, the log grid with the panels under it and
+// the side panel. It routes the window's keys and offers the program one
+// face over the parts; the rules of the program stay in core.
 class MainWindow : public QMainWindow {
     Q_OBJECT
 public:
@@ -77,7 +65,7 @@ public:
     void setFieldColours(const FieldColours& colours);
     void setTimeEditable(bool editable);
     bool timeEditable() const;
-    void setZeitPlusMinus(int hours) { zeitPlusMinus_ = hours; }
+    void setZeitPlusMinus(int hours) { entry_->setZeitPlusMinus(hours); }
     void setModeSwitch(bool on, const QString& mode2St, const QString& mode3St);
     void setOwnStation(const QString& call, const QString& locator);
     void setLast(const QString& call, const QString& locator);
@@ -94,8 +82,8 @@ public:
     void setNextSerial(const QString& serial);
     // `Label13`, the one message line of the window.
     void showStatus(const QString& text);
-    QString currentName() const { return currentName_; }
-    void setCurrentName(const QString& name) { currentName_ = name; }
+    QString currentName() const { return entry_->currentName(); }
+    void setCurrentName(const QString& name) { entry_->setCurrentName(name); }
 
     // The entry row as the capture core reads it, and back after a commit.
     EntryRow entryRow() const;
@@ -116,7 +104,7 @@ public:
     // panels step aside, the statistics are disabled until it closes.
     void showEditRow(int gridRow, const EditRow& row);
     EditRow editRow() const;
-    int editGridRow() const { return editGridRow_; }
+    int editGridRow() const;
     // Leaves the correction: the entry row returns, focus on the call field,
     // which is emptied after a stored correction.
     void closeEditLine(bool clearCall);
@@ -208,110 +196,36 @@ protected:
     void closeEvent(QCloseEvent* event) override;
 
 private:
-    void buildMenus();
     void buildCentral();
-    QWidget* buildBandBar();
-    QWidget* buildEntryRow();
-    QWidget* buildCorrectionLine();
-    QWidget* buildSidePanel();
-    QWidget* buildPanels();
-    QWidget* buildBeaconPanel(QWidget* parent);
-    void wireFields();
-    void paintBandButtons();
-    void colourField(QWidget* field, bool focused);
-    void focusField(QWidget* field, bool selectAll);
-
-    // Keyboard flow (main_window_keys.cpp).
+    QTableView* buildGrid(QWidget* parent);
+    void connectParts();
+    void bandBoxChanged(int index);
     bool windowKey(QKeyEvent* e);
-    bool fieldKey(QWidget* field, QKeyEvent* e);
-    bool spaceWalk(QWidget* field, bool back);
-    bool isCommitField(QWidget* field) const;
-    void commitFrom(QWidget* field);
-    void normaliseTimeField();
-    void applyModeSwitch();
-    void stepBand(int delta);
-    bool editFieldKey(QWidget* field, QKeyEvent* e);
+    void takeLookupLine(bool withCall);
     void closeEditForMenu();
     void gridContextMenu(const QPoint& pos);
+    void focusEditCall();
 
     Texts& texts_;
     Clock& clock_;
     Beeper& beeper_;
     FieldColours colours_;
-    int zeitPlusMinus_ = 0;
-    bool modeSwitch_ = false;
-    bool modeSwitching_ = false;
-    QString mode2St_ = "SSB";
-    QString mode3St_ = "CW";
-    QString currentName_;
     QString lastCall_;
     QString lastLocator_;
-    std::array<bool, 10> bandHasQsos_{};
 
-    // Menus.
-    QMenu* languageMenu_ = nullptr;
-    QActionGroup* languageGroup_ = nullptr;
-    QAction* timeEditAction_ = nullptr;
-    QAction* timeDateEditAction_ = nullptr;
-
-    // Band selection.
-    QComboBox* bandBox_ = nullptr;
-    std::array<QPushButton*, 10> bandButtons_{};
-
-    // Own station.
-    QLineEdit* ownCall_ = nullptr;
-    QLineEdit* ownLocator_ = nullptr;
-
-    // Entry row `Picture3`.
-    QWidget* entryRow_ = nullptr;
-    QWidget* datePanel_ = nullptr;
-    QLineEdit* time_ = nullptr;
-    QLineEdit* date_ = nullptr;
-    QLineEdit* call_ = nullptr;
-    QLineEdit* rstSent_ = nullptr;
-    QLineEdit* serialSent_ = nullptr;
-    QLineEdit* rstReceived_ = nullptr;
-    QLineEdit* locator_ = nullptr;
-    QLineEdit* qrb_ = nullptr;
-    QLineEdit* qtf_ = nullptr;
-    QLineEdit* notice_ = nullptr;
-    QLineEdit* qsl_ = nullptr;
-    QComboBox* modeTx_ = nullptr;
-    QComboBox* modeRx_ = nullptr;
-    QComboBox* propagation_ = nullptr;
-    QComboBox* operator_ = nullptr;
+    MainMenus* menus_ = nullptr;
+    BandBar* bandBar_ = nullptr;
+    EntryLine* entry_ = nullptr;
+    CorrectionLine* correction_ = nullptr;
     QLabel* status_ = nullptr;
-
-    // Correction line `Picture33`.
-    QWidget* correctionLine_ = nullptr;
-    QLineEdit* editTime_ = nullptr;
-    QLineEdit* editQsl_ = nullptr;
-
-    // Log grid and side panels.
     LogGridModel* gridModel_ = nullptr;
     QTableView* grid_ = nullptr;
-    QGroupBox* statistics_ = nullptr;
-    QLabel* rate_ = nullptr;
-    QListWidget* lookupList_ = nullptr;
-    QWidget* duplicatePanel_ = nullptr;
-    std::array<QLabel*, 10> dupLabels_{};
-    QGroupBox* workedElsewhere_ = nullptr;
-    QTableWidget* workedGrid_ = nullptr;
-    QGroupBox* comparison_ = nullptr;
-    QTableWidget* comparisonGrid_ = nullptr;
+    LogPanels* panels_ = nullptr;
+    SidePanel* side_ = nullptr;
 
-    QTimer* timer1_ = nullptr;
-
-    // Correction state.
-    int editGridRow_ = -1;
-    bool editLoading_ = false;
-    QString editName_;
     int gridMenuRow_ = -1;
-    QMenu* gridMenu_ = nullptr;
-
     QWidget* loadingPanel_ = nullptr;
     std::array<QString, 10> bandProp_{};
-    QComboBox* maxBake_ = nullptr;
     QWidget* keyHelp_ = nullptr;
     bool smallLayout_ = false;
 };

@@ -39,10 +39,12 @@ TEST(CaptureTool, AddListCorrectDeleteRestoreClear) {
     EXPECT_EQ(add.out, "DL1XYZ\tJN88EF\t59\t001\t59001\t155\t2026-05-02\t12:00\t144\tSSB\tSSB\tNo"
                        "\t\t89°\t\t\tFalse\t\n");
 
-    auto dup = tool({"add", "Test", "--band", "144", "--call", "DL1XYZ", "--rst", "59", "--rcvd",
-                     "59002", "--locator", "JO62QM"});
-    EXPECT_EQ(dup.status, 3);
-    EXPECT_NE(dup.err.find("!!DOPPELVERBINDUNG!!"), std::string::npos);
+    for (const char* form : {"DL1XYZ", "dl1xyz ", " Dl1xYz"}) {
+        auto dup = tool({"add", "Test", "--band", "144", "--call", form, "--rst", "59", "--rcvd",
+                         "59002", "--locator", "JO62QM"});
+        EXPECT_EQ(dup.status, 3) << form;
+        EXPECT_NE(dup.err.find("!!DOPPELVERBINDUNG!!"), std::string::npos);
+    }
 
     auto bad = tool({"add", "Test", "--band", "144", "--call", "DL2XYZ", "--rst", "59", "--rcvd",
                      "59001", "--locator", "JN88EZ"});

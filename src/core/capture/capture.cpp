@@ -172,7 +172,9 @@ CommitResult Capture::Uebernehmen(EntryRow& row) {
         result.kind = CommitResult::Kind::Refused;
         return result;
     }
-    if (auto dup = CallExistTest(row.call)) {
+    // The call as the commit would store it, so that no form of a logged
+    // call (case, blanks) passes as a new station.
+    if (auto dup = CallExistTest(q->call)) {
         result.kind = CommitResult::Kind::Duplicate;
         result.duplicate = *dup;
         return result;
@@ -236,15 +238,21 @@ DuplicatePanel Capture::panelOf(const QsoRow& q) const {
 }
 
 std::optional<DuplicatePanel> Capture::CallExistTest(std::string_view call) {
-    const std::string trimmed = text::trim(call);
-    if (trimmed.empty() || state_.band() < 0)
+    // The search is case-blind on the trimmed call; calls are stored upper
+    // case, so the upper-cased key finds them through CallIndex.
+    const std::string key = text::upper(text::trim(call));
+    if (key.empty() || state_.band() < 0)
         return std::nullopt;
-    // Rows of one call follow each other in CallIndex order; the first live
-    // one decides, and the comparison with the text as given is exact.
-    for (const QsoRow& q : log_.rowsByCall(state_.band(), trimmed)) {
-        if (q.errQso)
+    // Rows of one call follow each other in CallIndex order. The row found
+    // first decides when it is live; a row reached by skipping deleted ones
+    // is compared with the call as given.
+    bool skipped = false;
+    for (const QsoRow& q : log_.rowsByCall(state_.band(), key)) {
+        if (q.errQso) {
+            skipped = true;
             continue;
-        if (q.call != call)
+        }
+        if (skipped && q.call != call)
             return std::nullopt;
         return panelOf(q);
     }

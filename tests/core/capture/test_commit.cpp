@@ -103,6 +103,18 @@ TEST_F(CaptureTest, DuplicateIsShownAndNothingIsStored) {
     EXPECT_EQ(capture->Uebernehmen(other).kind, CommitResult::Kind::Stored);
 }
 
+TEST_F(CaptureTest, EveryFormOfALoggedCallIsADuplicateAndScoresOnce) {
+    const GridRow first = commit("DL1XYZ", "JN88EF");
+    for (const char* form : {"dl1xyz", "DL1XYZ ", " DL1XYZ", "Dl1xYz", "  dl1xyz  "}) {
+        EntryRow again = row(form, "JN88EF");
+        EXPECT_EQ(capture->Uebernehmen(again).kind, CommitResult::Kind::Duplicate) << form;
+        EXPECT_TRUE(capture->CallExistTest(form).has_value()) << form;
+    }
+    EXPECT_EQ(log->rowCount(k144), 1);
+    EXPECT_EQ(capture->state().PGesamt, first.qso.qrb);
+    EXPECT_EQ(log->totals(k144).pGesamt, first.qso.qrb);
+}
+
 TEST_F(CaptureTest, OdxIsStrictlyGreaterAndSerialsCount) {
     commit("DL1AAA", "JN88EF"); // 155 km
     commit("DL2BBB", "JN68CF"); // the same distance to the west: a tie keeps the first
