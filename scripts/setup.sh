@@ -18,6 +18,7 @@ packages=(
     libsqlite3-dev libcurl4-openssl-dev
     libgtest-dev libgmock-dev libbenchmark-dev
     hamradio-files python3 python3-pyftpdlib clang-format
+    pulseaudio pulseaudio-utils sox
 )
 # Node.js may come from elsewhere than Debian; only a missing one is installed.
 command -v node >/dev/null 2>&1 || packages+=(nodejs)

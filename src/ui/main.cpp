@@ -5,10 +5,12 @@
 
 #include "core/util/ports.h"
 #include "platform/qt_dialogs.h"
+#include "platform/qt_media_player.h"
 #include "ui/main_window.h"
 #include "ui/startup.h"
 
 int main(int argc, char** argv) {
+    orv::platform::chooseMediaBackend();
     QApplication app(argc, argv);
     QApplication::setApplicationName("OrvantaContest");
     QApplication::setApplicationDisplayName("OrvantaContest");

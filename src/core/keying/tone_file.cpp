@@ -92,29 +92,34 @@ std::vector<std::uint8_t> toneSamples(int wpm, const std::string& ansiText, int 
     return buf;
 }
 
-std::vector<std::uint8_t> toneFileBytes(int wpm, const std::string& ansiText, int leadUnits,
-                                        int trailUnits) {
-    const auto samples = toneSamples(wpm, ansiText, leadUnits, trailUnits);
-    const auto len = static_cast<std::uint32_t>(samples.size());
+std::vector<std::uint8_t> wavHeader(std::uint32_t dataLength, std::uint32_t sampleRate,
+                                    std::uint16_t channels, std::uint16_t bitsPerSample) {
     std::vector<std::uint8_t> out;
-    out.reserve(44 + samples.size());
     auto tag = [&out](const char* s) {
         for (int i = 0; i < 4; ++i)
             out.push_back(static_cast<std::uint8_t>(s[i]));
     };
+    const std::uint32_t block = channels * ((bitsPerSample + 7u) / 8u);
     tag("RIFF");
-    putLe(out, len + 36, 4);
+    putLe(out, dataLength + 36, 4);
     tag("WAVE");
     tag("fmt ");
     putLe(out, 16, 4);
     putLe(out, 1, 2);
-    putLe(out, 1, 2);
-    putLe(out, kRate, 4);
-    putLe(out, kRate, 4);
-    putLe(out, 1, 2);
-    putLe(out, 8, 2);
+    putLe(out, channels, 2);
+    putLe(out, sampleRate, 4);
+    putLe(out, sampleRate * block, 4);
+    putLe(out, block, 2);
+    putLe(out, bitsPerSample, 2);
     tag("data");
-    putLe(out, len, 4);
+    putLe(out, dataLength, 4);
+    return out;
+}
+
+std::vector<std::uint8_t> toneFileBytes(int wpm, const std::string& ansiText, int leadUnits,
+                                        int trailUnits) {
+    const auto samples = toneSamples(wpm, ansiText, leadUnits, trailUnits);
+    auto out = wavHeader(static_cast<std::uint32_t>(samples.size()), kRate, 1, 8);
     out.insert(out.end(), samples.begin(), samples.end());
     return out;
 }

@@ -25,6 +25,10 @@ std::vector<std::uint8_t> toneSamples(int wpm, const std::string& ansiText, int 
 std::vector<std::uint8_t> toneFileBytes(int wpm, const std::string& ansiText, int leadUnits,
                                         int trailUnits);
 
+// The 44-byte header of a PCM WAV file holding dataLength bytes.
+std::vector<std::uint8_t> wavHeader(std::uint32_t dataLength, std::uint32_t sampleRate,
+                                    std::uint16_t channels, std::uint16_t bitsPerSample);
+
 // Writes the tone file, replacing one that exists. Throws fileio::FileError
 // when it cannot be written.
 void BuildToneFile(int wpm, const std::filesystem::path& path, const std::string& ansiText,
