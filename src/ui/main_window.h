@@ -17,6 +17,7 @@ class QActionGroup;
 class QComboBox;
 class QFrame;
 class QGroupBox;
+class QKeyEvent;
 class QLabel;
 class QLineEdit;
 class QListWidget;
@@ -165,6 +166,9 @@ public:
     // Ctrl+L, a click on the squares, and F11 on the duplicate panel.
     std::function<void()> onSquareWindow;
     std::function<void()> onResolveDuplicate;
+    // F1 to F12 for the CW window, asked before the window's own keys;
+    // true when the key was taken.
+    std::function<bool(QKeyEvent*)> onCwKey;
     // Enter in a field of the correction line (`UebernehmenEdit`).
     std::function<void()> onEditCommit;
 

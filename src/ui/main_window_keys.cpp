@@ -66,6 +66,8 @@ bool MainWindow::eventFilter(QObject* watched, QEvent* event) {
 }
 
 bool MainWindow::windowKey(QKeyEvent* e) {
+    if (onCwKey && e->key() >= Qt::Key_F1 && e->key() <= Qt::Key_F12 && onCwKey(e))
+        return true;
     const bool editing = editLineOpen();
     QLineEdit* call = entry_->call();
     if (plain(e, Qt::Key_Escape)) {
