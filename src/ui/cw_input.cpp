@@ -73,7 +73,8 @@ void CwInput::showMenu(const QPoint& pos) {
     menu.addAction(q(texts_(358)), this, &QLineEdit::selectAll);
     QMenu* macros = menu.addMenu(q(texts_(359)));
     for (int i = 0; i < static_cast<int>(keying::kMacros.size()); ++i)
-        macros->addAction(q(texts_(330 + i)), this, [this, i] { insertMacro(i); });
+        macros->addAction(q(texts_(keying::kMacros[static_cast<std::size_t>(i)].textRow)), this,
+                          [this, i] { insertMacro(i); });
     menu.exec(mapToGlobal(pos));
 }
 

@@ -35,7 +35,8 @@ CwMemoryPanel::CwMemoryPanel(const Texts& texts, Settings& settings, Dialogs& di
     macros_ = new QListWidget(this);
     macros_->setObjectName("List1");
     for (int i = 0; i < static_cast<int>(keying::kMacros.size()); ++i) {
-        auto* item = new QListWidgetItem(q(texts(330 + i)), macros_);
+        auto* item = new QListWidgetItem(
+            q(texts(keying::kMacros[static_cast<std::size_t>(i)].textRow)), macros_);
         item->setData(Qt::UserRole, i);
     }
     connect(macros_, &QListWidget::itemClicked, this, [this](QListWidgetItem* item) {

@@ -93,16 +93,16 @@ Value valueOf(int index, const QsoFields& f) {
 } // namespace
 
 const std::array<Macro, 10> kMacros = {{
-    {"MYCAL", "Eigenes Rufzeichen"},
-    {"YOCAL", "Gegenst. Rufzeichen"},
-    {"MYLOC", "Eigener Locator"},
-    {"YOLOC", "Gegenst. Locator"},
-    {"QSRST", "Rapport standard (RST)"},
-    {"QKRST", "Rapport kurz (RST)"},
-    {"RSTNR", "Rapport erh. (RSTNr)"},
-    {"QSONR", "QSO Nummer"},
-    {"QTIME", "Aktuelle Zeit"},
-    {"QDATE", "Aktuelles Datum"},
+    {"MYCAL", 330},
+    {"YOCAL", 331},
+    {"MYLOC", 332},
+    {"YOLOC", 333},
+    {"QSRST", 334},
+    {"QKRST", 335},
+    {"RSTNR", 336},
+    {"QSONR", 337},
+    {"QTIME", 338},
+    {"QDATE", 339},
 }};
 
 std::string macroTag(int index) {

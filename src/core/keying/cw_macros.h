@@ -22,8 +22,8 @@ bool isTypedInput(unsigned char ansi, bool memoryEditor);
 std::string filterTyped(std::string_view utf8);
 
 struct Macro {
-    const char* name;        // five letters, written "<NAME>"
-    const char* description; // the entry of the macro list
+    const char* name; // five letters, written "<NAME>"
+    int textRow;      // its description in the macro list, a row of the language table
 };
 // In the order of expansion, which decides when a value holds a macro.
 extern const std::array<Macro, 10> kMacros;
