@@ -3,6 +3,7 @@
 #include <QCloseEvent>
 #include <QGridLayout>
 #include <QKeyEvent>
+#include <QLabel>
 #include <QPushButton>
 #include <QTimer>
 #include <QVBoxLayout>
@@ -59,10 +60,18 @@ void CwWindow::buildUi() {
     strip->setObjectName("PictureOBEN");
     auto* stripLayout = new QHBoxLayout(strip);
     stripLayout->setContentsMargins(0, 0, 0, 0);
+    auto* title = new QLabel(q(s_.texts(314)), strip);
+    title->setObjectName("Label1");
+    stripLayout->addWidget(title);
     stripLayout->addStretch();
-    for (const char* name : {"CommandRauf", "CommandRunter", "CommandAUS"}) {
+    const std::pair<const char*, int> stripButtons[] = {
+        {"CommandRauf", 312}, {"CommandRunter", 313}, {"CommandAUS", 0}};
+    for (const auto& [name, tip] : stripButtons) {
         auto* b = new QPushButton(literal(name), strip);
         b->setObjectName(name);
+        b->setMaximumWidth(32);
+        if (tip)
+            b->setToolTip(q(s_.texts(tip)));
         stripLayout->addWidget(b);
     }
     outer->addWidget(strip);
