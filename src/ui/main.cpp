@@ -4,12 +4,20 @@
 #include <filesystem>
 #include <optional>
 
+#include "core/keying/cw_settings.h"
+#include "core/keying/key_port.h"
+#include "core/keying/morse_engine.h"
+#include "core/settings/settings.h"
 #include "core/util/ports.h"
 #include "platform/qt_dialogs.h"
+#include "platform/qt_media_player.h"
+#include "platform/serial_key_line.h"
+#include "ui/cw_binding.h"
 #include "ui/main_window.h"
 #include "ui/startup.h"
 
 int main(int argc, char** argv) {
+    orv::platform::chooseMediaBackend();
     QApplication app(argc, argv);
     QApplication::setApplicationName("OrvantaContest");
     QApplication::setApplicationDisplayName("OrvantaContest");
@@ -31,6 +39,17 @@ int main(int argc, char** argv) {
     orv::SystemClock clock;
     orv::platform::QtBeeper beeper;
     orv::platform::QtDialogs dialogs;
+    // The one key line, keyer and player of the process, shared by the CW
+    // window and the beacon; they outlive the windows that use them.
+    orv::Settings* settings = nullptr;
+    orv::keying::SteadyClock keyClock;
+    orv::platform::SerialKeyLine keyLine;
+    orv::keying::KeyPort keyPort(keyLine, [&settings](int com) {
+        return settings ? orv::keying::comDevice(*settings, com)
+                        : "/dev/ttyS" + std::to_string(com > 0 ? com - 1 : 0);
+    });
+    orv::keying::Keyer keyer(keyPort, keyClock);
+    orv::platform::QtMediaPlayer player;
     orv::ui::Startup startup(orv::resolveDataFolder(home), dialogs, clock, beeper);
     // --log NAME: open Logs/NAME.sqlite as a choice in the log chooser would,
     // without showing it; for scripts and the screenshot.
@@ -49,6 +68,12 @@ int main(int argc, char** argv) {
         dialogs.inform(startup.texts()(10) + "\n" + e.what(), orv::Icon::Critical);
         return 1;
     }
+
+    settings = &startup.settings();
+    new orv::ui::CwBinding(*startup.window(),
+                           {startup.texts(), startup.settings(), startup.dialogs(), keyPort, keyer,
+                            player, startup.paths()},
+                           startup.clock());
 
     // Quitting by other means than the window's close saves as closing does.
     QObject::connect(&app, &QApplication::aboutToQuit, &app, [&startup] { startup.SaveConDat(); });

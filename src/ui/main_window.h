@@ -17,6 +17,7 @@ class QActionGroup;
 class QComboBox;
 class QFrame;
 class QGroupBox;
+class QKeyEvent;
 class QLabel;
 class QLineEdit;
 class QListWidget;
@@ -174,6 +175,9 @@ public:
     std::function<void()> onResolveDuplicate;
     // F7: the station log.
     std::function<void()> onStationLog;
+    // F1 to F12 for the CW window, asked before the window's own keys;
+    // true when the key was taken.
+    std::function<bool(QKeyEvent*)> onCwKey;
     // Enter in a field of the correction line (`UebernehmenEdit`).
     std::function<void()> onEditCommit;
 

@@ -1,0 +1,33 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "core/keying/key_port.h"
+
+// Serial lines on Linux: the modem-control ioctls on a tty device.
+namespace orv::platform {
+
+class SerialKeyLine final : public keying::KeyLineDevice {
+public:
+    ~SerialKeyLine() override;
+    bool open(const std::string& device) override;
+    bool escape(keying::LineCode code) override;
+    void close() override;
+    // DTR and RTS as TIOCM_ bits, -1 when closed or the device fails.
+    int modemLines() const;
+
+private:
+    int fd_ = -1;
+};
+
+struct SerialDevice {
+    std::string path;        // what goes into the settings
+    std::string description; // how the user recognises it
+};
+
+// The serial devices that open now, with their descriptions: the ports Qt
+// knows and the stable names under /dev/serial/by-id.
+std::vector<SerialDevice> availableSerialDevices();
+
+} // namespace orv::platform

@@ -1,0 +1,76 @@
+#pragma once
+
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "core/keying/key_port.h"
+#include "core/keying/morse_engine.h"
+
+namespace orv::test {
+
+// A clock that jumps to where the keyer sleeps to; each spin pass moves it by
+// a microsecond. `at` runs once when the time first reaches `atTime`.
+class FakeMonotonic final : public keying::MonotonicClock {
+public:
+    double now() override { return t_; }
+    void sleepUntil(double t) override {
+        if (t > t_)
+            t_ = t;
+        fire();
+    }
+    void relax() override {
+        t_ += 1e-6;
+        fire();
+    }
+    double atTime = -1;
+    std::function<void()> at;
+
+private:
+    void fire() {
+        if (at && atTime >= 0 && t_ >= atTime) {
+            auto f = std::move(at);
+            at = nullptr;
+            f();
+        }
+    }
+    double t_ = 0;
+};
+
+// A serial device that records each line operation with the clock's time.
+class RecordingLine final : public keying::KeyLineDevice {
+public:
+    explicit RecordingLine(keying::MonotonicClock& clock) : clock_(clock) {}
+    struct Call {
+        std::string op; // "open <device>", "close" or the line code
+        double t;
+    };
+    bool open(const std::string& device) override {
+        calls.push_back({"open " + device, clock_.now()});
+        return !refuseOpen;
+    }
+    bool escape(keying::LineCode code) override {
+        if (failAfter >= 0 && escapes++ >= failAfter)
+            return false;
+        calls.push_back({std::to_string(static_cast<int>(code)), clock_.now()});
+        return true;
+    }
+    void close() override { calls.push_back({"close", clock_.now()}); }
+
+    std::vector<std::string> ops() const {
+        std::vector<std::string> out;
+        for (const auto& c : calls)
+            out.push_back(c.op);
+        return out;
+    }
+
+    std::vector<Call> calls;
+    bool refuseOpen = false;
+    int failAfter = -1; // escapes that succeed before the device is gone
+    int escapes = 0;
+
+private:
+    keying::MonotonicClock& clock_;
+};
+
+} // namespace orv::test
