@@ -106,6 +106,19 @@ void setCaption(QObject* o, const QString& text) {
         g->setTitle(text);
 }
 
+// Whether `o` stands in the window of `root` and not in another window that
+// happens to be its child (a dialog with controls of the same names). A menu
+// pops up as a window of its own but belongs to the window it hangs on.
+bool inRootWindow(const QObject* o, const QWidget* rootWindow) {
+    const QObject* p = o;
+    while (p && !p->isWidgetType())
+        p = p->parent();
+    auto* w = static_cast<const QWidget*>(p);
+    while (w && qobject_cast<const QMenu*>(w))
+        w = w->parentWidget();
+    return !rootWindow || !w || w->window() == rootWindow;
+}
+
 } // namespace
 
 std::span<const CaptionRow> mainWindowCaptions() {
@@ -113,6 +126,8 @@ std::span<const CaptionRow> mainWindowCaptions() {
 }
 
 void applyCaptions(QObject& root, std::span<const CaptionRow> rows, const Texts& texts) {
+    const auto* rootWidget = qobject_cast<const QWidget*>(&root);
+    const QWidget* rootWindow = rootWidget ? rootWidget->window() : nullptr;
     for (const CaptionRow& row : rows) {
         const QString name = QString::fromLatin1(row.control);
         const QString text = QString::fromStdString(texts(row.text));
@@ -124,7 +139,8 @@ void applyCaptions(QObject& root, std::span<const CaptionRow> rows, const Texts&
         if (root.objectName() == name)
             setCaption(&root, text);
         for (QObject* o : root.findChildren<QObject*>(name))
-            setCaption(o, text);
+            if (inRootWindow(o, rootWindow))
+                setCaption(o, text);
     }
 }
 

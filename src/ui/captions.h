@@ -22,7 +22,8 @@ std::span<const CaptionRow> mainWindowCaptions();
 
 // Sets the caption of every named object below `root` (menus, actions,
 // labels, buttons, frames) from the language table. Rows whose control does
-// not exist are passed over, so one table serves both layouts.
+// not exist are passed over, so one table serves both layouts; controls of
+// other windows (dialogs that are children of `root`) keep their own.
 void applyCaptions(QObject& root, std::span<const CaptionRow> rows, const Texts& texts);
 
 } // namespace orv::ui

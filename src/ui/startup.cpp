@@ -83,9 +83,7 @@ bool Startup::askLiability() {
 void Startup::loadLanguage() {
     const std::string stored = settings_->get(keys::Language);
     if (!stored.empty() && stored != kDefaultLanguage) {
-        const auto r = texts_.loadLanguageFile(paths_.languagePath() / stored);
-        if (r.status == Texts::LoadStatus::Invalid)
-            dialogs_.inform(texts_(230), Icon::Critical);
+        reportLanguageLoad(texts_.loadLanguageFile(paths_.languagePath() / stored));
     }
     QStringList files;
     const QDir dir(q(paths_.languagePath().string()));
@@ -104,16 +102,24 @@ void Startup::chooseLanguage(const QString& caption) {
     const auto file = paths_.languagePath() / caption.toStdString();
     // A new language goes on top of the current one, so rows it lacks keep
     // the former language's text.
-    if (caption != kDefaultLanguage && std::filesystem::exists(file)) {
-        if (texts_.loadLanguageFile(file).status == Texts::LoadStatus::Invalid)
-            dialogs_.inform(texts_(230), Icon::Critical);
-    } else {
+    if (caption != kDefaultLanguage && std::filesystem::exists(file))
+        reportLanguageLoad(texts_.loadLanguageFile(file));
+    else
         texts_.loadDefaults();
-    }
     window_->Beschriften();
     window_->Grid1Set();
     window_->Grid2Set();
     window_->focusNamed("Text3");
+}
+
+void Startup::reportLanguageLoad(const Texts::LoadResult& r) {
+    if (r.status == Texts::LoadStatus::Invalid)
+        dialogs_.inform(texts_(230), Icon::Critical);
+    // A row number past the table stops the reading; the rows before it
+    // stay, and the operator learns which number it was.
+    else if (r.status == Texts::LoadStatus::Truncated)
+        dialogs_.inform(texts_(10) + "\n" + texts_(225) + ": " + std::to_string(r.badRow),
+                        Icon::Critical);
 }
 
 void Startup::fillLists() {
@@ -154,6 +160,9 @@ void Startup::connectWindow() {
 
 void Startup::openLog(LogDialog::Chosen chosen) {
     log_.emplace(std::move(chosen));
+    // The tone files of the keyer live here; made once a log is open.
+    std::error_code ec;
+    std::filesystem::create_directories(paths_.cwAudioPath(), ec);
     applyOptions();
     connectWindow();
     if (const QScreen* screen = window_->screen())

@@ -79,6 +79,7 @@ public:
 private:
     bool askLiability();
     void loadLanguage();
+    void reportLanguageLoad(const Texts::LoadResult& r);
     void fillLists();
     void applyOptions();
     void openLog(LogDialog::Chosen chosen);

@@ -581,6 +581,13 @@ private slots:
         QCOMPARE(grid->rowCount(), 0);
         auto* none = frame->findChild<QPushButton*>("Command4");
         QVERIFY(none->isVisible());
+        QCOMPARE(none->text(), QString("Keine Unklarheiten gefunden"));
+        // The frame's buttons are the two comparisons, the report and one close.
+        QStringList buttons;
+        for (const QPushButton* b : frame->findChildren<QPushButton*>())
+            buttons << b->objectName();
+        buttons.sort();
+        QCOMPARE(buttons, QStringList({"Command2", "Command4", "Command5", "Command6"}));
         none->click();
         QVERIFY(!frame->isVisible());
 

@@ -152,6 +152,8 @@ private slots:
         orv::test::writeFile(dir / "Language" / "English.lng",
                              "# OrvantaContest Language File V1.0\n261 = Open log\n151=Call\n");
         orv::test::writeFile(dir / "Language" / "Broken.lng", "no marker here\n261=Kaputt\n");
+        orv::test::writeFile(dir / "Language" / "Long.lng",
+                             "# OrvantaContest Language File V1.0\n151=Rufz.\n501=Zu weit\n");
         Startup s(dir.path(), dialogs, clock, beeper);
         s.runLogDialog = createLog("lang");
         QCOMPARE(s.run(), Startup::Outcome::Run);
@@ -164,7 +166,14 @@ private slots:
         QAction* english = w->findChild<QAction*>("MnDefault2");
         QCOMPARE(english->text(), QString("English.lng"));
 
+        // The about box has controls named like the main window's; a change
+        // of language leaves them alone.
+        w->showAbout();
         english->trigger();
+        auto* about = w->findChild<QDialog*>("Form10");
+        QVERIFY(about->findChild<QLabel*>("Label1")->text().contains("OrvantaContest"));
+        QCOMPARE(about->findChild<QPushButton*>("Command1")->text(), QString("OK"));
+        about->close();
         QCOMPARE(open->text(), QString("Open log"));
         QCOMPARE(w->findChild<QLabel*>("Label2")->text(), QString("Call"));
         QVERIFY(english->isChecked());
@@ -177,6 +186,13 @@ private slots:
         w->findChild<QAction*>("MnDefault1")->trigger();
         QCOMPARE(open->text(), QString("Open log"));
         QCOMPARE(QtDialogs::recorded().back(), std::string("Die Sprachdatei ist ungültig!"));
+
+        // A row past 500 stops the reading with a message; rows before stay.
+        QAction* longFile = w->findChild<QAction*>("MnDefault3");
+        QCOMPARE(longFile->text(), QString("Long.lng"));
+        longFile->trigger();
+        QCOMPARE(QtDialogs::recorded().back(), std::string("FEHLER\nUngültiger Wert: 501"));
+        QCOMPARE(w->findChild<QLabel*>("Label2")->text(), QString("Rufz."));
 
         w->findChild<QAction*>("MnDefault0")->trigger();
         QCOMPARE(open->text(), QString("Log Öffnen"));
@@ -273,6 +289,7 @@ private slots:
             shown << QString::fromStdString(m);
         QCOMPARE(shown.filter(QRegularExpression("^FEHLER\n.+")).size(), 2);
         QCOMPARE(s.window()->windowTitle(), QString("OrvantaContest - [good.sqlite]"));
+        QVERIFY(std::filesystem::is_directory(dir / "CWAudio"));
         QCOMPARE(orv::test::readFile(dir / "Logs" / "broken.sqlite"),
                  std::string("this is no database at all\n"));
     }

@@ -373,6 +373,8 @@ CountryList CountryList::load(const fs::path& dbPath) {
         if (p.empty())
             continue;
         list.longest_ = std::max(list.longest_, p.size());
+        if (list.firstLetters_.find(p[0]) == std::string::npos)
+            list.firstLetters_ += p[0];
         list.prefixes_[std::move(p)] = static_cast<std::int32_t>(pre.int64(1));
     }
     return list;
@@ -399,6 +401,11 @@ std::optional<DxEntry> CountryList::lookup(std::string_view call) const {
     if (it == entries_.end())
         return std::nullopt;
     return it->second;
+}
+
+bool CountryList::hasPrefixesFor(std::string_view call) const {
+    const std::string c = text::upper(text::trim(call));
+    return !c.empty() && firstLetters_.find(c[0]) != std::string::npos;
 }
 
 } // namespace orv

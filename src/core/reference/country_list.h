@@ -83,6 +83,9 @@ public:
     // call that is typed with it.
     std::optional<std::int32_t> findRecNr(std::string_view call) const;
     std::optional<DxEntry> lookup(std::string_view call) const;
+    // Whether any prefix begins with the call's first character; a call
+    // without is one the list cannot place at all (IText(291)).
+    bool hasPrefixesFor(std::string_view call) const;
 
 private:
     struct Hash {
@@ -94,6 +97,7 @@ private:
     std::unordered_map<std::string, std::int32_t, Hash, std::equal_to<>> prefixes_;
     std::unordered_map<std::int32_t, DxEntry> entries_;
     std::size_t longest_ = 0;
+    std::string firstLetters_;
 };
 
 } // namespace orv

@@ -129,8 +129,9 @@ void ediApplyTemplate(const Settings& settings, int b, EdiBoxes& boxes) {
 }
 
 void ediFillOnOpen(const Evaluation& ev, EdiBoxes& boxes) {
-    if (!ev.contName.empty())
-        boxes[0] = ev.contName;
+    // The contest is this log's, even when it has none: the name of a
+    // contest exported earlier must not slip into TName.
+    boxes[0] = ev.contName;
     if (!ev.rows.empty()) {
         boxes[1] = ev.rows.front().cells[evalcol::Datum];
         boxes[11] = ev.rows.back().cells[evalcol::Datum];

@@ -200,16 +200,18 @@ Evaluation evaluate(ContestLog& log, int b, const CountryList* countries) {
             ++ev.dupes;
         if (!q.errQso)
             ev.points += q.qrb * ev.multiplier;
+        // A call whose first character begins no prefix is reported, deleted
+        // or not; a call that only finds no country is counted for none.
+        const std::string& call = row.cells[evalcol::Call];
+        if (countries && !countries->hasPrefixesFor(call))
+            ev.callsWithoutCountry.push_back(call);
         if (q.errQso) {
             ++ev.deleted;
         } else {
             addPieces(ev, q.locator, &idx);
-            if (countries) {
-                if (auto dx = countries->lookup(row.cells[evalcol::Call]))
+            if (countries)
+                if (auto dx = countries->lookup(call))
                     countCountry(ev, idx, dx->Country);
-                else
-                    ev.callsWithoutCountry.push_back(row.cells[evalcol::Call]);
-            }
         }
         ev.rows.push_back(std::move(row));
         return true;

@@ -290,6 +290,19 @@ TEST(Edi, WeightEntersOnlyItsBoxes) {
     EXPECT_EQ(three[26], "1515");
 }
 
+// TName is the log's contest name, empty when the log has none, never the
+// last contents of the box from another contest.
+TEST(Edi, ContestNameComesFromTheLogAlone) {
+    for (const char* name : {"", "Fieldday"}) {
+        Evaluation ev;
+        ev.contName = name;
+        EdiBoxes boxes{};
+        boxes[0] = "Old contest";
+        ediFillOnOpen(ev, boxes);
+        EXPECT_EQ(boxes[0], name);
+    }
+}
+
 TEST(Edi, RefusalsComeBeforeTheFile) {
     test::TempDir dir;
     ContestLog log = test::makeLog(dir / "Logs");

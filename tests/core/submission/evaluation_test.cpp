@@ -141,14 +141,19 @@ TEST(Evaluation, NullOdxNumberMarksNothing) {
     EXPECT_EQ(ev.odxRow(), nullptr);
 }
 
+// Only a call whose first character begins no prefix of the list is
+// reported, deleted rows included; "1ZZZ" begins like "1A" and so only finds
+// no country.
 TEST(Evaluation, CallWithoutCountryIsReported) {
     test::TempDir dir;
     ContestLog log = test::makeLog(dir / "Logs");
-    test::addRows(log, k144, {qso(1, "Q1ABC", "JN58TD", 300), qso(2, "DL1ABC", "JN58TE", 301)});
+    test::addRows(log, k144,
+                  {qso(1, "Q1ABC", "JN58TD", 300), qso(2, "DL1ABC", "JN58TE", 301),
+                   qso(3, "1ZZZ", "JN58TF", 302), deleted(qso(4, "Q2XYZ", "JN58TG", 303))});
     const Evaluation ev = evaluate(log, k144, &test::realCountries());
-    EXPECT_EQ(ev.callsWithoutCountry, std::vector<std::string>{"Q1ABC"});
+    EXPECT_EQ(ev.callsWithoutCountry, (std::vector<std::string>{"Q1ABC", "Q2XYZ"}));
     EXPECT_EQ(ev.countryCount(), 1);
-    EXPECT_EQ(ev.locatorCount, 2); // the call without country still counts its locator
+    EXPECT_EQ(ev.locatorCount, 3); // calls without a country still count their locators
 }
 
 TEST(Evaluation, OldLogVersionIsRefused) {
