@@ -28,12 +28,13 @@ public:
         QFile script(dir + "/default.pa");
         if (!script.open(QIODevice::WriteOnly))
             return "cannot write " + script.fileName();
-        script.write(QString("load-module module-null-sink sink_name=%1 rate=16000\n"
-                             "load-module module-native-protocol-unix auth-anonymous=1 socket=%2\n"
-                             "load-module module-remap-source master=%1.monitor source_name=%1_input\n"
-                             "set-default-sink %1\nset-default-source %1_input\n")
-                         .arg(kSink, socket)
-                         .toUtf8());
+        script.write(
+            QString("load-module module-null-sink sink_name=%1 rate=16000\n"
+                    "load-module module-native-protocol-unix auth-anonymous=1 socket=%2\n"
+                    "load-module module-remap-source master=%1.monitor source_name=%1_input\n"
+                    "set-default-sink %1\nset-default-source %1_input\n")
+                .arg(kSink, socket)
+                .toUtf8());
         script.close();
         QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
         for (const char* k : {"XDG_RUNTIME_DIR", "PULSE_RUNTIME_PATH", "PULSE_STATE_PATH", "HOME"})

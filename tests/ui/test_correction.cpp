@@ -19,6 +19,7 @@
 #include "core/logstore/contest_log.h"
 #include "core/settings/ini_file.h"
 #include "platform/qt_dialogs.h"
+#include "running_window.h"
 #include "support/fakes.h"
 #include "support/temp_dir.h"
 #include "ui/capture_binding.h"
@@ -36,34 +37,13 @@ using orv::ui::LogDialog;
 using orv::ui::MainWindow;
 using orv::ui::Startup;
 
-class TestCorrection : public QObject {
+class TestCorrection : public QObject, protected orv::test::RunningWindow {
     Q_OBJECT
 
 private:
-    orv::test::FakeClock clock;
-    orv::test::CountingBeeper beeper;
-    QtDialogs dialogs;
-    std::unique_ptr<orv::test::TempDir> dir;
-    std::unique_ptr<Startup> app;
-    MainWindow* w = nullptr;
-    int ended = 0;
-
-    QLineEdit* edit(const char* name) { return w->findChild<QLineEdit*>(name); }
-    QString label(const char* name) { return w->findChild<QLabel*>(name)->text(); }
     orv::ui::LogGridModel& grid() { return w->logGrid(); }
-    std::vector<orv::QsoRow> stored(int band = 1) {
-        return orv::ContestLog::open(*dir / "Logs" / "main.sqlite").value().rows(band);
-    }
     std::string lastMessage() {
         return QtDialogs::recorded().empty() ? std::string() : QtDialogs::recorded().back();
-    }
-
-    // Types a QSO into the entry row and presses Enter in the locator field.
-    void logQso(const QString& call, const QString& locator, const QString& rstNr = "59001") {
-        edit("Text3")->setText(call);
-        edit("Text6")->setText(rstNr);
-        edit("Text7")->setText(locator);
-        QTest::keyClick(edit("Text7"), Qt::Key_Return);
     }
     void openCorrection(int row) {
         w->gridDoubleClicked(row);
@@ -72,26 +52,11 @@ private:
 
 private slots:
     void init() {
-        QtDialogs::setRecording(true);
-        QtDialogs::recorded().clear();
         beeper.beeps = 0;
         ended = 0;
-        dir = std::make_unique<orv::test::TempDir>();
-        orv::test::writeFile(*dir / "OrvantaContest.INI", "[QB]\nEinverstanden=-1\n");
-        app = std::make_unique<Startup>(dir->path(), dialogs, clock, beeper);
-        app->runLogDialog = createLog("main");
-        app->endProgram = [this] { ++ended; };
-        QCOMPARE(app->run(), Startup::Outcome::Run);
-        w = app->window();
-        w->activateWindow();
-        QVERIFY(QTest::qWaitForWindowActive(w));
+        QVERIFY(start("main"));
     }
-    void cleanup() {
-        app.reset();
-        dir.reset();
-        QtDialogs::setRecording(false);
-        QtDialogs::recorded().clear();
-    }
+    void cleanup() { stop(); }
 
     // A log that cannot be written (here: its MyData row is gone) shows the
     // failure with Retry and Cancel; the typed QSO stays in the entry row and

@@ -9,40 +9,23 @@
 
 #include "core/logstore/contest_log.h"
 #include "platform/qt_dialogs.h"
+#include "running_window.h"
 #include "support/fakes.h"
 #include "support/temp_dir.h"
 #include "ui/log_grid_model.h"
 #include "ui/main_window.h"
 #include "ui/startup.h"
-#include "ui_support.h"
 
 using orv::Answer;
 using orv::platform::QtDialogs;
 using orv::ui::MainWindow;
 using orv::ui::Startup;
 
-class TestEntryKeys : public QObject {
+class TestEntryKeys : public QObject, protected orv::test::RunningWindow {
     Q_OBJECT
 
 private:
-    orv::test::FakeClock clock;
-    orv::test::CountingBeeper beeper;
-    QtDialogs dialogs;
-    std::unique_ptr<orv::test::TempDir> dir;
-    std::unique_ptr<Startup> app;
-    MainWindow* w = nullptr;
-
-    QLineEdit* edit(const char* name) { return w->findChild<QLineEdit*>(name); }
     bool shown(const char* name) { return w->findChild<QWidget*>(name)->isVisible(); }
-    std::vector<orv::QsoRow> stored(int band) {
-        return orv::ContestLog::open(*dir / "Logs" / "keys.sqlite").value().rows(band);
-    }
-    void logQso(const QString& call, const QString& locator, const QString& rstNr = "59001") {
-        edit("Text3")->setText(call);
-        edit("Text6")->setText(rstNr);
-        edit("Text7")->setText(locator);
-        QTest::keyClick(edit("Text7"), Qt::Key_Return);
-    }
     void key(int k) { QTest::keyClick(QApplication::focusWidget(), static_cast<Qt::Key>(k)); }
     // A line of the lookup list: the call in 13 columns, then the locator.
     static QString listLine(const QString& call, const QString& locator) {
@@ -50,25 +33,8 @@ private:
     }
 
 private slots:
-    void init() {
-        QtDialogs::setRecording(true);
-        QtDialogs::recorded().clear();
-        dir = std::make_unique<orv::test::TempDir>();
-        orv::test::writeFile(*dir / "OrvantaContest.INI", "[QB]\nEinverstanden=-1\n");
-        app = std::make_unique<Startup>(dir->path(), dialogs, clock, beeper);
-        app->runLogDialog = orv::test::createLog("keys");
-        app->endProgram = [] {};
-        QCOMPARE(app->run(), Startup::Outcome::Run);
-        w = app->window();
-        w->activateWindow();
-        QVERIFY(QTest::qWaitForWindowActive(w));
-    }
-    void cleanup() {
-        app.reset();
-        dir.reset();
-        QtDialogs::setRecording(false);
-        QtDialogs::recorded().clear();
-    }
+    void init() { QVERIFY(start("keys")); }
+    void cleanup() { stop(); }
 
     // A duplicate raised on 144 MHz, then F6: the panel is gone with its
     // band, and F11 on 432 MHz marks nothing there.
