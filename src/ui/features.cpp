@@ -1,6 +1,9 @@
 #include "ui/features.h"
 
+#include "ui/backup_binding.h"
+#include "ui/main_window.h"
 #include "ui/reference_menus.h"
+#include "ui/startup.h"
 #include "ui/stationlog/station_log_menu.h"
 #include "ui/submission_menus.h"
 
@@ -10,6 +13,7 @@ void installFeatures(Startup& startup) {
     installSubmissionMenus(startup);
     installReferenceMenus(startup);
     installStationLogMenu(startup);
+    new BackupBinding(startup, startup.window());
 }
 
 } // namespace orv::ui

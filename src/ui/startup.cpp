@@ -182,6 +182,10 @@ void Startup::bindLog() {
     capture_ = std::make_unique<Capture>(
         log_->log, captureConfigFrom(*settings_, log_->log.myData()), clock_, dialogs_, texts_);
     capture_->selectBand(log_->startBand);
+    capture_->afterChange = [this] {
+        if (afterLogChange)
+            afterLogChange();
+    };
     binding_ = new CaptureBinding(*window_, *capture_, log_->log, beeper_, texts_, dialogs_,
                                   settings_.get());
     binding_->setRateSettings(static_cast<int>(settings_->get(keys::Zeitbereich)),

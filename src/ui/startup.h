@@ -60,6 +60,10 @@ public:
     Capture* capture() { return capture_.get(); }
 
     CaptureBinding* binding() { return binding_; }
+    // The file name of the open log, with its ending.
+    std::string logFile() const { return log_ ? log_->logFile : std::string(); }
+    // Called after every stored change of the open log, whichever log it is.
+    std::function<void()> afterLogChange;
 
     // `MnLoadLog`: the small chooser over the running window; a chosen log
     // replaces the open one on the band and modes in use, the band is loaded

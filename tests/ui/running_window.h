@@ -20,13 +20,14 @@ namespace orv::test {
 
 class RunningWindow {
 protected:
-    // Starts the program with the new log `name`; false when it did not run.
-    bool start(const std::string& name) {
+    // Starts the program with the new log `name` and these further lines of
+    // the settings file; false when it did not run.
+    bool start(const std::string& name, const std::string& moreSettings = {}) {
         platform::QtDialogs::setRecording(true);
         platform::QtDialogs::recorded().clear();
         logName = name;
         dir = std::make_unique<TempDir>();
-        writeFile(*dir / "OrvantaContest.INI", "[QB]\nEinverstanden=-1\n");
+        writeFile(*dir / "OrvantaContest.INI", "[QB]\nEinverstanden=-1\n" + moreSettings);
         app = std::make_unique<ui::Startup>(dir->path(), dialogs, clock, beeper);
         app->runLogDialog = createLog(name);
         app->endProgram = [this] { ++ended; };
