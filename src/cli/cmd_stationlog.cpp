@@ -63,17 +63,6 @@ std::optional<StationLog> openNamed(Context& ctx, const std::string& name, int& 
     return std::move(log).value();
 }
 
-std::optional<std::int64_t> number(const std::string& s) {
-    const std::string t = text::trim(s);
-    if (!text::isInteger(t))
-        return std::nullopt;
-    try {
-        return std::stoll(t);
-    } catch (const std::exception&) {
-        return std::nullopt;
-    }
-}
-
 int runNew(Context& ctx, const Args& args) {
     if (args.positional.size() != 1)
         return usage(ctx, "stationlog-new NAME");
@@ -139,8 +128,8 @@ int runDelete(Context& ctx, const Args& args) {
     auto log = openNamed(ctx, args.positional[0], code);
     if (!log)
         return code;
-    const auto from = number(*args.get("nr"));
-    const auto to = number(args.getOr("to", *args.get("nr")));
+    const auto from = text::wholeNumber(*args.get("nr"));
+    const auto to = text::wholeNumber(args.getOr("to", *args.get("nr")));
     if (!from || !to)
         return ctx.refuse(refuse(225, {}, "--nr/--to"));
     if (!args.get("to")) {

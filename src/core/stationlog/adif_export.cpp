@@ -22,17 +22,6 @@ void tag(std::string& line, std::string_view name, std::string_view value) {
     line += ":" + std::to_string(v.size()) + ">" + v;
 }
 
-std::optional<std::int64_t> wholeNumber(std::string_view s) {
-    const std::string t = text::trim(s);
-    if (!text::isInteger(t))
-        return std::nullopt;
-    try {
-        return std::stoll(t);
-    } catch (const std::exception&) {
-        return std::nullopt;
-    }
-}
-
 } // namespace
 
 std::string stationAdifHeader() {
@@ -68,10 +57,10 @@ std::string stationAdifRecord(const StationQso& q) {
 }
 
 Result<NrRange> checkExportRange(StationLog& log, std::string_view from, std::string_view to) {
-    const auto f = wholeNumber(from);
+    const auto f = text::wholeNumber(from);
     if (!f)
         return refuse(225, "Text13");
-    const auto t = wholeNumber(to);
+    const auto t = text::wholeNumber(to);
     if (!t)
         return refuse(225, "Text14");
     if (!rangeInLog(log, *f, *t))

@@ -1,5 +1,7 @@
 #include "core/util/text.h"
 
+#include <charconv>
+
 #include <array>
 #include <cstdint>
 
@@ -268,6 +270,18 @@ bool isInteger(std::string_view s) {
         if (s[i] < '0' || s[i] > '9')
             return false;
     return true;
+}
+
+std::optional<long long> wholeNumber(std::string_view s) {
+    const std::string t = trim(s);
+    if (!isInteger(t))
+        return std::nullopt;
+    long long v = 0;
+    const char* first = t.data() + (t[0] == '+' ? 1 : 0);
+    const auto r = std::from_chars(first, t.data() + t.size(), v);
+    if (r.ec != std::errc() || r.ptr != t.data() + t.size())
+        return std::nullopt;
+    return v;
 }
 
 } // namespace orv::text

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -41,5 +42,7 @@ std::string padRight(std::string_view utf8, std::size_t n);
 long long leadingInt(std::string_view s);
 // True when s is a whole decimal integer, optionally signed, nothing else.
 bool isInteger(std::string_view s);
+// The trimmed text as a whole number; nothing when it is none or too large.
+std::optional<long long> wholeNumber(std::string_view s);
 
 } // namespace orv::text

@@ -51,5 +51,9 @@ TEST(Text, LeadingIntegerReadsLikeVal) {
     for (const auto& c : cases) {
         EXPECT_EQ(text::leadingInt(c.in), c.v) << c.in;
         EXPECT_EQ(text::isInteger(c.in), c.whole) << c.in;
+        EXPECT_EQ(text::wholeNumber(c.in).has_value(), c.whole) << c.in;
     }
+    // Blanks around a number are dropped; a number past 64 bits is none.
+    EXPECT_EQ(text::wholeNumber(" +42 "), 42);
+    EXPECT_EQ(text::wholeNumber("99999999999999999999"), std::nullopt);
 }
