@@ -66,13 +66,6 @@ bool isReadCommand(Name name) {
            name != Name::SetBkOff && name != Name::SetBkOn;
 }
 
-std::string_view commandText(Name name) {
-    for (const auto& [t, n] : kNames)
-        if (n == name)
-            return t;
-    return {};
-}
-
 std::string cleanArgument(std::string_view argument, std::size_t maxChars) {
     const std::string upper = text::upper(text::trim(argument));
     std::string kept;

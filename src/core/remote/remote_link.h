@@ -90,8 +90,6 @@ struct Command {
 // Nothing for a name that is not a command.
 std::optional<Command> parseCommand(std::string_view line);
 bool isReadCommand(Name name);
-// The command names as clients send them ("GET__QTF:").
-std::string_view commandText(Name name);
 
 // `SET_CALL:` and `SET_LOCA:`: trimmed, upper-cased, every character below
 // code 33 removed, cut to `maxChars`.
