@@ -5,7 +5,9 @@
 // event plus the event processing that follows it (as in bench_ui).
 //  - BM_KeyPressNoClients: the baseline, the same typing with no client;
 //  - BM_KeyPressUnderRemoteLoad: the typing under the load, with the round
-//    trips of that run as counters (rtt_p50_us, rtt_p99_us, rate).
+//    trips of that run as counters (rtt_p50_us, rtt_p99_us, rate);
+//  - BM_KeyPressUnderFlood: the typing while one client sends 10,000
+//    commands a second without waiting for answers.
 #include <benchmark/benchmark.h>
 
 #include <QApplication>
@@ -107,9 +109,13 @@ struct Program {
 };
 
 std::unique_ptr<Program> theProgram;
+// The program, with the clients of an earlier benchmark gone: the server
+// counts them until its event loop has seen them leave.
 Program& program() {
     if (!theProgram)
         theProgram = std::make_unique<Program>();
+    while (theProgram->remote->server().clientCount() > 0)
+        QApplication::processEvents(QEventLoop::AllEvents, 10);
     return *theProgram;
 }
 
@@ -204,12 +210,67 @@ private:
     std::thread thread_;
 };
 
+// One client that sends 10,000 commands a second without waiting for the
+// answers (ten every millisecond), reading them away as they come.
+class Flood {
+public:
+    explicit Flood(quint16 port) {
+        fd_ = ::socket(AF_INET, SOCK_STREAM, 0);
+        sockaddr_in a{};
+        a.sin_family = AF_INET;
+        a.sin_port = htons(port);
+        a.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+        if (::connect(fd_, reinterpret_cast<sockaddr*>(&a), sizeof a) != 0)
+            std::abort();
+        thread_ = std::thread([this] { run(); });
+    }
+    ~Flood() {
+        finish();
+        ::close(fd_);
+    }
+    void finish() {
+        stop_ = true;
+        if (thread_.joinable())
+            thread_.join();
+    }
+    long sent = 0;
+    long answered = 0;
+    double seconds = 0;
+
+private:
+    void run() {
+        std::string batch;
+        for (int i = 0; i < 10; ++i)
+            batch += i % 2        ? "GET__ALL:\r\n"
+                     : i % 4 == 0 ? "SET__QRB:no such\r\n"
+                                  : "GET_LOCA:\r\n";
+        const auto start = Clock_::now();
+        auto next = start;
+        char buf[65536];
+        while (!stop_) {
+            next += std::chrono::milliseconds(1);
+            std::this_thread::sleep_until(next);
+            if (::send(fd_, batch.data(), batch.size(), MSG_NOSIGNAL | MSG_DONTWAIT) > 0)
+                sent += 10; // seven read commands, three unknown names
+            ssize_t n;
+            while ((n = ::recv(fd_, buf, sizeof buf, MSG_DONTWAIT)) > 0)
+                for (ssize_t i = 0; i < n; ++i)
+                    answered += buf[i] == '\n';
+        }
+        seconds = std::chrono::duration<double>(Clock_::now() - start).count();
+    }
+
+    int fd_ = -1;
+    std::atomic<bool> stop_{false};
+    std::thread thread_;
+};
+
 const std::vector<std::string> kCalls = {"K19AB", "K7001AB", "DL1ABC", "K123", "OK1KHL"};
 
 // One key every kKeyGapMs; the window's event loop runs in between, serving
 // the clients.
 void typeCalls(benchmark::State& state, std::vector<double>& ms) {
-    QLineEdit* field = program().window()->findChild<QLineEdit*>("Text3");
+    QLineEdit* field = theProgram->window()->findChild<QLineEdit*>("Text3");
     field->setFocus(Qt::OtherFocusReason);
     QApplication::processEvents();
     std::size_t word = 0, pos = 0;
@@ -238,6 +299,7 @@ void typeCalls(benchmark::State& state, std::vector<double>& ms) {
 
 void BM_KeyPressNoClients(benchmark::State& state) {
     std::vector<double> ms;
+    program();
     typeCalls(state, ms);
 }
 
@@ -253,6 +315,17 @@ void BM_KeyPressUnderRemoteLoad(benchmark::State& state) {
     state.counters["lost"] = load.lost;
 }
 
+void BM_KeyPressUnderFlood(benchmark::State& state) {
+    std::vector<double> ms;
+    Flood flood(program().port);
+    typeCalls(state, ms);
+    flood.finish();
+    if (flood.answered == 0)
+        state.SkipWithError("the flooding client was not served");
+    state.counters["sent_per_s"] = static_cast<double>(flood.sent) / flood.seconds;
+    state.counters["answered_per_s"] = static_cast<double>(flood.answered) / flood.seconds;
+}
+
 } // namespace
 
 BENCHMARK(BM_KeyPressNoClients)->UseManualTime()->Iterations(500)->Unit(benchmark::kMicrosecond);
@@ -260,6 +333,8 @@ BENCHMARK(BM_KeyPressUnderRemoteLoad)
     ->UseManualTime()
     ->Iterations(500)
     ->Unit(benchmark::kMicrosecond);
+
+BENCHMARK(BM_KeyPressUnderFlood)->UseManualTime()->Iterations(500)->Unit(benchmark::kMicrosecond);
 
 int main(int argc, char** argv) {
     if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))

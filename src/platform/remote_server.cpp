@@ -175,12 +175,12 @@ void RemoteServer::pump() {
     const qint64 deadline = static_cast<qint64>(limits_.sliceMicroseconds) * 1000;
     bool outOfTime = false;
     bool more = false;
-    // Round-robin over the clients, so that one fast sender does not starve
-    // the others.
-    for (std::size_t i = 0; i < clients_.size() && !outOfTime; ++i) {
-        if (!runLines(clients_[i], deadline - clock.nsecsElapsed(), outOfTime))
-            continue;
-    }
+    // Each slice starts with the next client, so that one fast sender that
+    // uses up a slice does not starve the others.
+    const std::size_t n = clients_.size();
+    const std::size_t first = n ? nextFirst_++ % n : 0;
+    for (std::size_t k = 0; k < n && !outOfTime; ++k)
+        runLines(clients_[(first + k) % n], deadline - clock.nsecsElapsed(), outOfTime);
     for (const Client& c : clients_)
         if (c.socket && (c.pending.contains('\n') || c.socket->bytesAvailable() > 0 ||
                          c.socket->state() != QAbstractSocket::ConnectedState))
@@ -225,7 +225,6 @@ bool RemoteServer::runLines(Client& client, qint64 timeLeftNs, bool& outOfTime) 
                     if (clients_[i].socket && clients_[i].socket != s)
                         send(clients_[i].socket, reply);
         }
-        emit commandRan();
         if (clock.nsecsElapsed() >= timeLeftNs) {
             outOfTime = true;
             break;

@@ -53,10 +53,6 @@ public:
     // commit may be under it); they stay queued until it is true again.
     std::function<bool()> mayRun = [] { return true; };
 
-signals:
-    // A command line ran (after its answers went out).
-    void commandRan();
-
 private:
     struct Client {
         QPointer<QTcpSocket> socket;
@@ -83,6 +79,7 @@ private:
     // A deque: a client accepted while commands run must not move the others.
     std::deque<Client> clients_;
     bool pumping_ = false;
+    std::size_t nextFirst_ = 0;
 };
 
 } // namespace orv::platform
