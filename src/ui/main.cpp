@@ -14,6 +14,7 @@
 #include "platform/serial_key_line.h"
 #include "ui/cw_binding.h"
 #include "ui/main_window.h"
+#include "ui/remote_binding.h"
 #include "ui/startup.h"
 
 int main(int argc, char** argv) {
@@ -74,6 +75,9 @@ int main(int argc, char** argv) {
                            {startup.texts(), startup.settings(), startup.dialogs(), keyPort, keyer,
                             player, startup.paths()},
                            startup.clock());
+    // The command interface for the station's other programs. The beacon is
+    // wired with RemoteBinding::setBeacon() once the program has one.
+    new orv::ui::RemoteBinding(*startup.window(), startup.settings(), startup.texts());
 
     // Quitting by other means than the window's close saves as closing does.
     QObject::connect(&app, &QApplication::aboutToQuit, &app, [&startup] { startup.SaveConDat(); });

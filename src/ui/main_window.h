@@ -180,6 +180,9 @@ public:
     std::function<bool(QKeyEvent*)> onCwKey;
     // Enter in a field of the correction line (`UebernehmenEdit`).
     std::function<void()> onEditCommit;
+    // The window's key-press handler, after its own keys: true when the key
+    // was taken (a key that publishes a text to the remote clients).
+    std::function<bool(QKeyEvent*)> onFormKeyPress;
 
 signals:
     void bandChanged(int index);

@@ -54,6 +54,8 @@ bool MainWindow::eventFilter(QObject* watched, QEvent* event) {
         auto* e = static_cast<QKeyEvent*>(event);
         if (windowKey(e))
             return true;
+        if (onFormKeyPress && onFormKeyPress(e))
+            return true;
         if (inCorrection)
             return correction_->fieldKey(field, e);
         if (entry_->fieldKey(field, e))
