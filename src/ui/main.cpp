@@ -12,6 +12,7 @@
 #include "platform/qt_dialogs.h"
 #include "platform/qt_media_player.h"
 #include "platform/serial_key_line.h"
+#include "ui/beacon_binding.h"
 #include "ui/cw_binding.h"
 #include "ui/main_window.h"
 #include "ui/startup.h"
@@ -70,10 +71,14 @@ int main(int argc, char** argv) {
     }
 
     settings = &startup.settings();
-    new orv::ui::CwBinding(*startup.window(),
-                           {startup.texts(), startup.settings(), startup.dialogs(), keyPort, keyer,
-                            player, startup.paths()},
-                           startup.clock());
+    auto* cw = new orv::ui::CwBinding(*startup.window(),
+                                      {startup.texts(), startup.settings(), startup.dialogs(),
+                                       keyPort, keyer, player, startup.paths()},
+                                      startup.clock());
+    new orv::ui::BeaconBinding(*startup.window(),
+                               {startup.texts(), startup.settings(), startup.dialogs(), keyPort,
+                                keyer, player, startup.paths()},
+                               cw);
 
     // Quitting by other means than the window's close saves as closing does.
     QObject::connect(&app, &QApplication::aboutToQuit, &app, [&startup] { startup.SaveConDat(); });

@@ -10,6 +10,7 @@
 #include <QListWidget>
 #include <QVBoxLayout>
 
+#include "ui/beacon_row.h"
 #include "ui/key_events.h"
 #include "ui/widget_helpers.h"
 
@@ -75,7 +76,11 @@ QWidget* SidePanel::buildBeaconRow() {
     auto* panel = new QFrame(this);
     panel->setObjectName("PictureBake");
     panel->setFrameShape(QFrame::StyledPanel);
-    auto* h = new QHBoxLayout(panel);
+    auto* v = new QVBoxLayout(panel);
+    beaconRow_ = new BeaconRow(panel);
+    v->addWidget(beaconRow_);
+    auto* h = new QHBoxLayout;
+    v->addLayout(h);
     QLabel* caption = makeLabel("LabelMaxBake", panel);
     caption->setText("Max.");
     h->addWidget(caption);
