@@ -1,6 +1,5 @@
 #include "core/keying/beacon.h"
 
-#include <cmath>
 #include <exception>
 
 #include "core/i18n/texts.h"
@@ -9,9 +8,6 @@
 
 namespace orv::keying {
 namespace {
-
-constexpr int kFlashMs = 500;
-constexpr int kWatchMs = 100;
 
 bool fileThere(const std::filesystem::path& p) {
     std::error_code ec;
@@ -227,32 +223,6 @@ void BeaconMachine::missingFile() {
     host_.focus();
 }
 
-void BeaconMachine::play(const BeaconInputs& in) {
-    const auto& file = in.route() == BeaconRoute::Tone ? in.bakeAudioCW : in.bakeAudioVoice;
-    shown_.picture8Enabled = false;
-    shown_.caption = BeaconCaption::OnAir;
-    if (!timerOn(BeaconTimer::Timer3))
-        start(BeaconTimer::Timer3, kFlashMs);
-    if (!in.repeat()) {
-        pausedSeconds_ = 0;
-        length_ = playFile(player_, file);
-        start(BeaconTimer::Timer6, kWatchMs);
-    } else {
-        if (loopArmed_) // a press in the voice pause means stop
-            return stopSequence();
-        stopPlayer(player_);
-        if (in.route() == BeaconRoute::Tone && !port_.isOpen()) {
-            shown_.combo3Enabled = true;
-            count_ = 0;
-            return;
-        }
-        length_ = playFile(player_, file);
-        start(BeaconTimer::Timer6, kWatchMs);
-        loopArmed_ = true;
-    }
-    host_.focus();
-}
-
 void BeaconMachine::stopSequence() {
     shown_.buttonEnabled = false;
     shown_.label33 = "00:00";
@@ -434,80 +404,6 @@ void BeaconMachine::fire(BeaconTimer t) {
     notify();
 }
 
-void BeaconMachine::watch() {
-    shown_.label33 = FormatMillis(length_ - player_.position());
-    if (!playerAtEnd(player_, length_))
-        return;
-    const BeaconInputs in = host_.inputs();
-    if (!in.repeat()) {
-        count_ = 0;
-        shown_.combo3Enabled = true;
-    } else if (in.route() == BeaconRoute::Tone) {
-        // The port stays open: the next round follows at once.
-        stopPlayer(player_);
-        loopArmed_ = false;
-        shown_.caption = BeaconCaption::Pause;
-        click();
-        return;
-    } else {
-        start(BeaconTimer::Timer5, in.loopPause * 1000);
-        ++count_;
-        if (in.maxRounds && *in.maxRounds <= count_) {
-            stop(BeaconTimer::Timer5);
-            count_ = 0;
-            shown_.combo3Enabled = true;
-        } else {
-            shown_.caption = BeaconCaption::Pause;
-        }
-    }
-    shown_.buttonEnabled = false;
-    stop(BeaconTimer::Timer6);
-    host_.focus();
-    stopPlayer(player_);
-    if (in.route() != BeaconRoute::Voice && fileThere(in.cwEndFile)) {
-        length_ = playFile(player_, in.cwEndFile);
-        drain_ = Drain::EndFile;
-        afterDrain_ = AfterDrain::Watch;
-        start(BeaconTimer::Drain, kWatchMs);
-        return;
-    }
-    watchRest();
-}
-
-void BeaconMachine::watchRest() {
-    port_.ReleasePort();
-    stopPlayer(player_);
-    pausedSeconds_ = 0;
-    if (!timerOn(BeaconTimer::Timer5)) { // no pause follows
-        shown_.picture8Enabled = true;
-        loopArmed_ = false;
-        stop(BeaconTimer::Timer3);
-        shown_.buttonRed = false;
-        shown_.caption = BeaconCaption::Idle;
-    }
-    shown_.buttonEnabled = true;
-}
-
-void BeaconMachine::drain() {
-    if (drain_ == Drain::RunningFile) {
-        const long pos = player_.position();
-        if (pos != 0 && pos < length_)
-            return;
-        stopPlayer(player_);
-        length_ = playFile(player_, run_.cwEndFile);
-        drain_ = Drain::EndFile;
-        return;
-    }
-    if (!playerAtEnd(player_, length_))
-        return;
-    stop(BeaconTimer::Drain);
-    drain_ = Drain::None;
-    if (afterDrain_ == AfterDrain::Stop)
-        stopRest();
-    else
-        watchRest();
-}
-
 void BeaconMachine::faultReset() {
     // The rest of the state stays as it is, so that the operator sees where it broke.
     if (roundRunning_) {
@@ -541,25 +437,6 @@ void BeaconMachine::shutdown() {
     loopArmed_ = false;
     drain_ = Drain::None;
     single_ = Single::None;
-}
-
-Result<std::optional<int>> parsePauseSeconds(std::string_view answer) {
-    const std::string a = text::trim(answer);
-    if (a.empty())
-        return std::optional<int>{};
-    std::size_t used = 0;
-    double v = 0;
-    try {
-        v = std::stod(a, &used);
-    } catch (const std::exception&) {
-        return refuse(225);
-    }
-    if (used != a.size() || !std::isfinite(v))
-        return refuse(225);
-    const double whole = std::trunc(v);
-    if (whole < 1 || whole > 60)
-        return refuse(225);
-    return std::optional<int>{static_cast<int>(whole)};
 }
 
 } // namespace orv::keying

@@ -47,6 +47,10 @@ enum class BeaconRoute { Keyed, Tone, Voice };
 // the pumped waits of the closing sequences became.
 enum class BeaconTimer { Timer3, Timer5, Timer6, Timer10, Timer11, Drain };
 inline constexpr int kBeaconTimers = 6;
+// `Timer3` and `Timer11` flash at this interval; `Timer6` and the drain look
+// at the player at the other.
+inline constexpr int kFlashMs = 500;
+inline constexpr int kWatchMs = 100;
 
 // Everything a press reads: the settings, the operator's beacon texts and the
 // controls of the window, taken afresh at each event.

@@ -1,5 +1,8 @@
 #include "core/keying/beacon_inputs.h"
 
+#include <cmath>
+#include <exception>
+
 #include "core/keying/cw_macros.h"
 #include "core/util/text.h"
 
@@ -44,6 +47,25 @@ BeaconInputs beaconSettings(const Settings& s, std::string_view opCall,
     in.cwLoopPause = static_cast<int>(s.get(keys::CWLoopPause));
     in.cwEndFile = cwAudioFolder / "CWEnd.wav";
     return in;
+}
+
+Result<std::optional<int>> parsePauseSeconds(std::string_view answer) {
+    const std::string a = text::trim(answer);
+    if (a.empty())
+        return std::optional<int>{};
+    std::size_t used = 0;
+    double v = 0;
+    try {
+        v = std::stod(a, &used);
+    } catch (const std::exception&) {
+        return refuse(225);
+    }
+    if (used != a.size() || !std::isfinite(v))
+        return refuse(225);
+    const double whole = std::trunc(v);
+    if (whole < 1 || whole > 60)
+        return refuse(225);
+    return std::optional<int>{static_cast<int>(whole)};
 }
 
 } // namespace orv::keying
