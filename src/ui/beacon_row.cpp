@@ -39,9 +39,10 @@ BeaconRow::BeaconRow(QWidget* parent) : QWidget(parent) {
     count_ = makeLabel("Label34", this);
     count_->setText("0");
     count_->setAlignment(Qt::AlignCenter);
-    g->addWidget(time_, 1, 0, 1, 2);
-    g->addWidget(count_, 1, 2);
+    g->addWidget(time_, 0, 3);
+    g->addWidget(count_, 0, 4);
 
+    // The options and the CW loop share the second line.
     optionFrame_ = new QFrame(this);
     optionFrame_->setObjectName("Picture8");
     auto* oh = new QHBoxLayout(optionFrame_);
@@ -53,17 +54,14 @@ BeaconRow::BeaconRow(QWidget* parent) : QWidget(parent) {
         options_[static_cast<std::size_t>(i)] = o;
         oh->addWidget(o);
     }
-    g->addWidget(optionFrame_, 2, 0, 1, 3);
-
-    auto* loopRow = new QHBoxLayout;
+    g->addWidget(optionFrame_, 1, 0, 1, 3);
     loop_ = new QCheckBox(this);
     loop_->setObjectName("Check1");
     loop_->setFocusPolicy(Qt::NoFocus);
     loopLabel_ = makeLabel("Label35", this);
     loopLabel_->setBuddy(loop_);
-    loopRow->addWidget(loop_);
-    loopRow->addWidget(loopLabel_, 1);
-    g->addLayout(loopRow, 3, 0, 1, 3);
+    g->addWidget(loop_, 1, 3);
+    g->addWidget(loopLabel_, 1, 4);
 }
 
 } // namespace orv::ui

@@ -76,11 +76,11 @@ QWidget* SidePanel::buildBeaconRow() {
     auto* panel = new QFrame(this);
     panel->setObjectName("PictureBake");
     panel->setFrameShape(QFrame::StyledPanel);
-    auto* v = new QVBoxLayout(panel);
+    auto* row = new QHBoxLayout(panel);
     beaconRow_ = new BeaconRow(panel);
-    v->addWidget(beaconRow_);
-    auto* h = new QHBoxLayout;
-    v->addLayout(h);
+    row->addWidget(beaconRow_, 1);
+    auto* h = new QVBoxLayout;
+    row->addLayout(h);
     QLabel* caption = makeLabel("LabelMaxBake", panel);
     caption->setText("Max.");
     h->addWidget(caption);
@@ -102,7 +102,7 @@ QWidget* SidePanel::buildBeaconRow() {
         if (digits != t)
             maxBake_->lineEdit()->setText(digits);
     });
-    h->addWidget(maxBake_, 1);
+    h->addWidget(maxBake_);
     return panel;
 }
 
