@@ -91,7 +91,11 @@ BeaconBinding::BeaconBinding(MainWindow& window, BeaconServices services, CwBind
             [this](bool on) { s_.settings.set(keys::CWLoopEinAus, on); });
     if (mode_)
         connect(mode_, &QComboBox::currentTextChanged, this, &BeaconBinding::modeChanged);
-    main_.onBeaconKey = [this] { machine_->press(); };
+    // The keys press the button as the mouse does, and not while it is disabled.
+    main_.onBeaconKey = [this] {
+        if (row_->button()->isEnabled())
+            machine_->press();
+    };
     connect(&main_, &MainWindow::closing, this, [this] { machine_->shutdown(); });
     if (cw_)
         cw_->beaconState = [this] { return machine_->view(); };

@@ -134,6 +134,21 @@ private slots:
         QVERIFY(!port.isOpen());
     }
 
+    void singleKeyedRunIgnoresThePauseKey() {
+        find<QComboBox>("Combo3")->setCurrentText("CW");
+        find<QRadioButton>("Option1(0)")->click();
+        QTest::mouseClick(button(), Qt::LeftButton);
+        QCOMPARE(caption(), QString("OnAir"));
+        QVERIFY(!button()->isEnabled());
+        auto* call = find<QLineEdit>("Text3");
+        QTest::keyClick(call, Qt::Key_Pause); // the button is disabled: no stop
+        QCOMPARE(caption(), QString("OnAir"));
+        QTRY_COMPARE(caption(), QString::fromStdString(texts(24)));
+        QVERIFY(button()->isEnabled());
+        QCOMPARE(opens(), 1);
+        QVERIFY(!port.isOpen());
+    }
+
     void voiceRepeatFlashesPausesAndStopsByKey() {
         settings->set(keys::LoopPause, 1);
         find<QComboBox>("Combo3")->setCurrentText("SSB");
