@@ -12,6 +12,8 @@
 #include "platform/qt_dialogs.h"
 #include "platform/qt_media_player.h"
 #include "platform/serial_key_line.h"
+#include "ui/beacon_binding.h"
+#include "ui/beacon_remote_port.h"
 #include "ui/cw_binding.h"
 #include "ui/main_window.h"
 #include "ui/remote_binding.h"
@@ -51,6 +53,8 @@ int main(int argc, char** argv) {
     });
     orv::keying::Keyer keyer(keyPort, keyClock);
     orv::platform::QtMediaPlayer player;
+    // Outlives the window and the remote binding that reads through it.
+    std::optional<orv::ui::BeaconRemotePort> beaconPort;
     orv::ui::Startup startup(orv::resolveDataFolder(home), dialogs, clock, beeper);
     // --log NAME: open Logs/NAME.sqlite as a choice in the log chooser would,
     // without showing it; for scripts and the screenshot.
@@ -71,13 +75,21 @@ int main(int argc, char** argv) {
     }
 
     settings = &startup.settings();
-    new orv::ui::CwBinding(*startup.window(),
-                           {startup.texts(), startup.settings(), startup.dialogs(), keyPort, keyer,
-                            player, startup.paths()},
-                           startup.clock());
-    // The command interface for the station's other programs. The beacon is
-    // wired with RemoteBinding::setBeacon() once the program has one.
-    new orv::ui::RemoteBinding(*startup.window(), startup.settings(), startup.texts());
+    auto* cw = new orv::ui::CwBinding(*startup.window(),
+                                      {startup.texts(), startup.settings(), startup.dialogs(),
+                                       keyPort, keyer, player, startup.paths()},
+                                      startup.clock());
+    auto* beacon =
+        new orv::ui::BeaconBinding(*startup.window(),
+                                   {startup.texts(), startup.settings(), startup.dialogs(), keyPort,
+                                    keyer, player, startup.paths()},
+                                   cw);
+    // The command interface for the station's other programs, which reads
+    // and presses the beacon as the button does.
+    beaconPort.emplace(beacon->control());
+    auto* remote =
+        new orv::ui::RemoteBinding(*startup.window(), startup.settings(), startup.texts());
+    remote->setBeacon(*beaconPort);
 
     // Quitting by other means than the window's close saves as closing does.
     QObject::connect(&app, &QApplication::aboutToQuit, &app, [&startup] { startup.SaveConDat(); });

@@ -178,6 +178,8 @@ public:
     // F1 to F12 for the CW window, asked before the window's own keys;
     // true when the key was taken.
     std::function<bool(QKeyEvent*)> onCwKey;
+    // Pause and Ctrl+B: the beacon's button.
+    std::function<void()> onBeaconKey;
     // Enter in a field of the correction line (`UebernehmenEdit`).
     std::function<void()> onEditCommit;
     // The window's key-press handler, after its own keys: true when the key

@@ -71,6 +71,10 @@ bool MainWindow::eventFilter(QObject* watched, QEvent* event) {
 bool MainWindow::windowKey(QKeyEvent* e) {
     if (onCwKey && e->key() >= Qt::Key_F1 && e->key() <= Qt::Key_F12 && onCwKey(e))
         return true;
+    if (onBeaconKey && (plain(e, Qt::Key_Pause) || ctrl(e, Qt::Key_B))) {
+        onBeaconKey();
+        return true;
+    }
     const bool editing = editLineOpen();
     QLineEdit* call = entry_->call();
     // With the duplicate panel up, Return does not commit again: it and

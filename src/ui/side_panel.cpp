@@ -10,6 +10,7 @@
 #include <QListWidget>
 #include <QVBoxLayout>
 
+#include "ui/beacon_row.h"
 #include "ui/key_events.h"
 #include "ui/widget_helpers.h"
 
@@ -75,7 +76,11 @@ QWidget* SidePanel::buildBeaconRow() {
     auto* panel = new QFrame(this);
     panel->setObjectName("PictureBake");
     panel->setFrameShape(QFrame::StyledPanel);
-    auto* h = new QHBoxLayout(panel);
+    auto* row = new QHBoxLayout(panel);
+    beaconRow_ = new BeaconRow(panel);
+    row->addWidget(beaconRow_, 1);
+    auto* h = new QVBoxLayout;
+    row->addLayout(h);
     QLabel* caption = makeLabel("LabelMaxBake", panel);
     caption->setText("Max.");
     h->addWidget(caption);
@@ -97,7 +102,7 @@ QWidget* SidePanel::buildBeaconRow() {
         if (digits != t)
             maxBake_->lineEdit()->setText(digits);
     });
-    h->addWidget(maxBake_, 1);
+    h->addWidget(maxBake_);
     return panel;
 }
 

@@ -12,6 +12,8 @@ class QListWidget;
 
 namespace orv::ui {
 
+class BeaconRow;
+
 // The band's running numbers as the statistics frame shows them. Core
 // computes them; the panel only writes them into its labels.
 struct BandFigures {
@@ -40,6 +42,8 @@ public:
     void setMaxBake(int n);
     int maxBake() const;
     QComboBox* maxBakeBox() const { return maxBake_; }
+    // The beacon's button, options and displays.
+    BeaconRow* beaconRow() const { return beaconRow_; }
 
     // The lines of the lookup list `List1`, the first one selected.
     void setLookupLines(const QStringList& lines);
@@ -60,6 +64,7 @@ private:
     QWidget* meter_ = nullptr;
     QLabel* rate_ = nullptr;
     QComboBox* maxBake_ = nullptr;
+    BeaconRow* beaconRow_ = nullptr;
     QListWidget* lookupList_ = nullptr;
 };
 

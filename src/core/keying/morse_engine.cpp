@@ -77,6 +77,10 @@ SendOutcome sendMorse(const Transmission& t, double t0, KeyPort& port, Monotonic
     Waiter wait(clock, stop, dit * timing.sliceDits, timing.spinSeconds);
     // Deadlines come from a whole count of units, so no error adds up.
     long long units = t.leadUnits;
+    if (t.leadSeconds >= 0) {
+        t0 += t.leadSeconds;
+        units = 0;
+    }
     auto waitUnits = [&](int n) {
         units += n;
         return wait.until(t0 + static_cast<double>(units) * dit);
@@ -147,7 +151,8 @@ bool Keyer::start(Transmission t, std::function<void(SendOutcome)> done) {
             return stop_.load(std::memory_order_relaxed) || (extra && extra());
         };
         const SendOutcome outcome = sendMorse(t, t0, port_, clock_, stop, timing_);
-        port_.ReleasePort();
+        if (!t.keepPort || outcome != SendOutcome::Completed)
+            port_.ReleasePort();
         busy_ = false;
         if (done)
             done(outcome);

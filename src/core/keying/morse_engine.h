@@ -47,6 +47,12 @@ struct Transmission {
     // Units between PTT and the first element.
     int leadUnits = 1;
     KeyLines lines;
+    // When not negative, the lead in seconds instead of leadUnits: the beacon
+    // waits with the dit length of its previous run, and 7 units between rounds.
+    double leadSeconds = -1;
+    // The port stays open and PTT up after a completed text, for a round that
+    // follows; a stopped or failed text always releases it.
+    bool keepPort = false;
 };
 
 // Keys a text on the calling thread from t0 on (the time PTT went up): every

@@ -1,0 +1,345 @@
+// The beacon keying a CQ at 25 WPM on its keyer thread while the operator
+// works in the real main window (offscreen, started through the program's
+// start-up over a log of 5,000 QSOs):
+//  - BM_KeyPressIdle / BM_KeyPressWhileBeacon: a key press in the call field
+//    (the key event plus the event processing after it), 10 ms apart,
+//    without and with the beacon running, in the same run;
+//  - BM_BeaconEdgesIdle / BM_BeaconEdgesWhileLogging: the error of every
+//    keyed edge of the beacon's rounds, without and with the window logging
+//    10 QSOs per second through the capture core. A line that stamps each
+//    operation with the monotonic clock takes the place of the serial port;
+//    the error of an edge is its distance from the ideal schedule, placed at
+//    the median offset of the round's edges (the round's start is not stamped).
+#include <benchmark/benchmark.h>
+
+#include <QApplication>
+#include <QComboBox>
+#include <QLineEdit>
+#include <QTest>
+#include <QTimer>
+#include <algorithm>
+#include <chrono>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <memory>
+#include <mutex>
+#include <string>
+#include <vector>
+
+#include "core/keying/audio.h"
+#include "core/keying/key_port.h"
+#include "core/keying/morse_engine.h"
+#include "core/logstore/contest_log.h"
+#include "core/settings/settings.h"
+#include "core/util/sqlite.h"
+#include "platform/qt_dialogs.h"
+#include "ui/beacon_binding.h"
+#include "ui/log_dialog.h"
+#include "ui/log_grid_model.h"
+#include "ui/main_window.h"
+#include "ui/startup.h"
+
+using namespace orv;
+using Clock_ = std::chrono::steady_clock;
+
+namespace {
+
+constexpr int kRows = 5000;
+constexpr int k144 = 1;
+const std::string kCq = "CQ TEST DE OE1ABC";
+
+class FixedClock final : public Clock {
+public:
+    DateTime now() const override { return DateTime{2026, 5, 2, 14, 30, 0}; }
+};
+
+class StampingLine final : public keying::KeyLineDevice {
+public:
+    explicit StampingLine(keying::MonotonicClock& clock) : clock_(clock) {}
+    bool open(const std::string&) override { return true; }
+    bool escape(keying::LineCode) override {
+        std::lock_guard lock(m);
+        stamps.push_back(clock_.now());
+        return true;
+    }
+    void close() override {}
+    std::mutex m;
+    std::vector<double> stamps;
+
+private:
+    keying::MonotonicClock& clock_;
+};
+
+class SilentPlayer final : public keying::MediaPlayer {
+public:
+    void open(const std::filesystem::path&) override {}
+    void play(long) override {}
+    void stop() override {}
+    void close() override {}
+    long position() override { return 0; }
+    long length() override { return 0; }
+};
+
+// Jumps to each deadline: the ideal times of a text's line operations.
+class IdealClock final : public keying::MonotonicClock {
+public:
+    double now() override { return t_; }
+    void sleepUntil(double t) override { t_ = std::max(t_, t); }
+    void relax() override { t_ += 1e-9; }
+
+private:
+    double t_ = 0;
+};
+
+std::vector<double> idealSchedule(const std::string& text, int wpm) {
+    IdealClock clock;
+    StampingLine line(clock);
+    keying::KeyPort port(line, [](int) { return std::string(); });
+    (void)port.OpenAndKeyPort(1, 1);
+    line.stamps.clear();
+    keying::sendMorse({text, wpm, 1, keying::keyLinesFor(0)}, 0, port, clock, [] { return false; },
+                      {0.1, 0});
+    return line.stamps;
+}
+
+std::filesystem::path tempFolder() {
+    std::string t =
+        (std::filesystem::temp_directory_path() / "orvanta-bench-beacon-XXXXXX").string();
+    if (!mkdtemp(t.data()))
+        std::abort();
+    return t;
+}
+
+void fill(ContestLog& log) {
+    sql::Transaction tx(log.db());
+    auto st = log.db().prepare(
+        "INSERT INTO \"144MHz\" (Call, Locator, QRG, DatTime, RSTgeg, QSONr, RSTerh, QRB, QSL, "
+        "Notice, Mod, Dupe, Name, ModRX, AusBr, ErrQSO, OPCall) VALUES (?1, 'JO62QM', '144', "
+        "'2026-05-02 10:00:00', '59', ?2, '59001', 500, 0, '', 'CW', 0, '', 'CW', '', 0, '')");
+    for (int i = 1; i <= kRows; ++i) {
+        st.bind(1, "K" + std::to_string(i) + "AB").bind(2, i);
+        st.run();
+    }
+    tx.commit();
+    log.writeTotals(k144, BandTotals{500LL * kRows, 500, 1});
+}
+
+struct Program {
+    std::filesystem::path dir = tempFolder();
+    FixedClock clock;
+    SilentBeeper beeper;
+    platform::QtDialogs dialogs;
+    keying::SteadyClock steady;
+    StampingLine line{steady};
+    keying::KeyPort port{line, [](int) { return std::string("bench"); }};
+    keying::Keyer keyer{port, steady};
+    SilentPlayer player;
+    std::unique_ptr<ui::Startup> startup;
+    ui::BeaconBinding* beacon = nullptr;
+    int logged = 0;
+
+    Program() {
+        std::filesystem::create_directories(dir / "Logs");
+        {
+            std::ofstream ini(dir / "OrvantaContest.INI");
+            ini << "[QB]\nEinverstanden=-1\nStartQRG=1\n";
+        }
+        {
+            ContestLog log = ContestLog::create(dir / "Logs" / "bench.sqlite",
+                                                NewLogData{"OE1ABC", "JN78DF", "Bench", {}});
+            fill(log);
+        }
+        platform::QtDialogs::setRecording(true);
+        startup = std::make_unique<ui::Startup>(dir, dialogs, clock, beeper);
+        startup->runLogDialog = [](ui::LogDialog& d) {
+            d.openExisting("bench");
+            return d.result() == QDialog::Accepted;
+        };
+        if (startup->run() != ui::Startup::Outcome::Run)
+            std::abort();
+        Settings& s = startup->settings();
+        s.setOpCalls({{"OE1ABC", "", kCq, ""}});
+        s.set(keys::CWWPM, 25);
+        s.set(keys::CWEND, "");
+        s.set(keys::BakeArt, 1);
+        s.set(keys::CWInterface, 0);
+        ui::MainWindow* w = window();
+        w->setOperators({"OE1ABC"}, "OE1ABC");
+        w->selectBand(k144);
+        w->findChild<QComboBox*>("Combo3")->setCurrentText("CW");
+        w->findChild<QComboBox*>("Combo10")->setEditText("");
+        beacon = new ui::BeaconBinding(
+            *w, {startup->texts(), s, startup->dialogs(), port, keyer, player, startup->paths()},
+            nullptr);
+        w->activateWindow();
+        QApplication::processEvents();
+    }
+    ~Program() {
+        startup.reset();
+        std::filesystem::remove_all(dir);
+    }
+    ui::MainWindow* window() { return startup->window(); }
+
+    void startBeacon() {
+        beacon->machine().press();
+        QApplication::processEvents();
+    }
+    // Mouse-down asks for the end of the round; the rest follows by itself.
+    void stopBeacon() {
+        beacon->machine().press();
+        while (beacon->machine().state() != keying::BeaconCaption::Idle)
+            QApplication::processEvents(QEventLoop::AllEvents, 5);
+    }
+    // One QSO typed and committed with Enter, as the operator does.
+    void logQso() {
+        ++logged;
+        auto* call = window()->findChild<QLineEdit*>("Text3");
+        auto* loc = window()->findChild<QLineEdit*>("Text7");
+        call->setText(QString("DL%1XYZ").arg(logged));
+        window()->findChild<QLineEdit*>("Text6")->setText("599001");
+        loc->setText(logged % 2 ? "JO62QM" : "JN58TD");
+        QTest::keyClick(loc, Qt::Key_Return);
+    }
+};
+
+std::unique_ptr<Program> theProgram;
+Program& program() {
+    if (!theProgram)
+        theProgram = std::make_unique<Program>();
+    return *theProgram;
+}
+
+double percentile(std::vector<double> v, double p) {
+    if (v.empty())
+        return 0;
+    std::sort(v.begin(), v.end());
+    const auto at = static_cast<std::size_t>(p * static_cast<double>(v.size() - 1) + 0.5);
+    return v[std::min(at, v.size() - 1)];
+}
+
+const std::vector<std::string> kCalls = {"K19AB", "K7001AB", "DL1ABC", "K123", "OK1KHL"};
+
+void typeCalls(benchmark::State& state, bool withBeacon) {
+    Program& p = program();
+    auto* field = p.window()->findChild<QLineEdit*>("Text3");
+    field->setFocus(Qt::OtherFocusReason);
+    if (withBeacon)
+        p.startBeacon();
+    std::vector<double> ms;
+    std::size_t word = 0, pos = 0;
+    for (auto _ : state) {
+        const std::string& w = kCalls[word];
+        const auto t0 = Clock_::now();
+        QTest::keyClick(field, w[pos]);
+        QApplication::processEvents();
+        const double s = std::chrono::duration<double>(Clock_::now() - t0).count();
+        state.SetIterationTime(s);
+        ms.push_back(s * 1000);
+        state.PauseTiming();
+        if (++pos == w.size()) {
+            field->clear();
+            pos = 0;
+            word = (word + 1) % kCalls.size();
+        }
+        // A fast typist's pace: 10 ms between keys, so that the presses
+        // spread over several rounds of the beacon and meet their ends.
+        const auto until = Clock_::now() + std::chrono::milliseconds(10);
+        while (Clock_::now() < until)
+            QApplication::processEvents(QEventLoop::AllEvents, 1);
+        state.ResumeTiming();
+    }
+    if (withBeacon) {
+        state.counters["rounds"] = p.beacon->machine().count();
+        p.stopBeacon();
+    }
+    state.counters["p50_ms"] = percentile(ms, 0.50);
+    state.counters["p99_ms"] = percentile(ms, 0.99);
+    state.counters["max_ms"] = percentile(ms, 1.0);
+}
+
+void BM_KeyPressIdle(benchmark::State& state) {
+    typeCalls(state, false);
+}
+void BM_KeyPressWhileBeacon(benchmark::State& state) {
+    typeCalls(state, true);
+}
+
+// Runs the beacon for `seconds`, logging 10 QSOs a second when asked.
+void keyedEdges(benchmark::State& state, bool logging) {
+    Program& p = program();
+    const auto ideal = idealSchedule(kCq, 25);
+    const double seconds = static_cast<double>(state.range(0));
+    std::vector<double> errors;
+    const int before = p.window()->logGrid().rowCount();
+    for (auto _ : state) {
+        {
+            std::lock_guard lock(p.line.m);
+            p.line.stamps.clear();
+        }
+        p.startBeacon();
+        const auto t0 = Clock_::now();
+        // The window's own event loop, idle but for the QSOs.
+        QEventLoop loop;
+        QTimer qsos;
+        QObject::connect(&qsos, &QTimer::timeout, &loop, [&p] { p.logQso(); });
+        if (logging)
+            qsos.start(100);
+        QTimer::singleShot(static_cast<int>(seconds * 1000), &loop, &QEventLoop::quit);
+        loop.exec();
+        qsos.stop();
+        p.stopBeacon();
+        state.SetIterationTime(std::chrono::duration<double>(Clock_::now() - t0).count());
+        std::lock_guard lock(p.line.m);
+        // Four operations open the port; then each round makes the same
+        // operations as the ideal schedule, the port held in between.
+        const auto& st = p.line.stamps;
+        const std::size_t n = ideal.size();
+        // The round's start is not stamped: the median of its edges' offsets
+        // from the ideal schedule stands for it.
+        for (std::size_t at = 4; at + n <= st.size(); at += n) {
+            std::vector<double> offsets;
+            for (std::size_t i = 0; i < n; ++i)
+                offsets.push_back(st[at + i] - ideal[i]);
+            const double start = percentile(offsets, 0.5);
+            for (double o : offsets)
+                errors.push_back(std::abs(o - start) * 1e6);
+        }
+    }
+    state.counters["edges"] = static_cast<double>(errors.size());
+    state.counters["qsos"] = p.window()->logGrid().rowCount() - before;
+    state.counters["p50_us"] = percentile(errors, 0.50);
+    state.counters["p99_us"] = percentile(errors, 0.99);
+    state.counters["max_us"] = percentile(errors, 1.0);
+}
+
+void BM_BeaconEdgesIdle(benchmark::State& s) {
+    keyedEdges(s, false);
+}
+void BM_BeaconEdgesWhileLogging(benchmark::State& s) {
+    keyedEdges(s, true);
+}
+
+} // namespace
+
+BENCHMARK(BM_KeyPressIdle)->UseManualTime()->Iterations(2000)->Unit(benchmark::kMicrosecond);
+BENCHMARK(BM_KeyPressWhileBeacon)->UseManualTime()->Iterations(2000)->Unit(benchmark::kMicrosecond);
+BENCHMARK(BM_BeaconEdgesIdle)->Arg(30)->Iterations(1)->UseManualTime()->Unit(benchmark::kSecond);
+BENCHMARK(BM_BeaconEdgesWhileLogging)
+    ->Arg(30)
+    ->Iterations(1)
+    ->UseManualTime()
+    ->Unit(benchmark::kSecond);
+
+int main(int argc, char** argv) {
+    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+    QApplication app(argc, argv);
+    benchmark::Initialize(&argc, argv);
+    if (benchmark::ReportUnrecognizedArguments(argc, argv))
+        return 1;
+    benchmark::RunSpecifiedBenchmarks();
+    benchmark::Shutdown();
+    theProgram.reset();
+    return 0;
+}

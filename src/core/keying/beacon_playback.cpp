@@ -1,0 +1,117 @@
+#include "core/keying/beacon.h"
+
+#include <system_error>
+
+// The file routes of the beacon: a voice or tone file played and watched by
+// `Timer6`, and the closing file `CWEnd.wav` awaited by the drain timer.
+namespace orv::keying {
+namespace {
+
+bool fileThere(const std::filesystem::path& p) {
+    std::error_code ec;
+    return !p.empty() && std::filesystem::is_regular_file(p, ec);
+}
+
+} // namespace
+
+void BeaconMachine::play(const BeaconInputs& in) {
+    const auto& file = in.route() == BeaconRoute::Tone ? in.bakeAudioCW : in.bakeAudioVoice;
+    shown_.picture8Enabled = false;
+    shown_.caption = BeaconCaption::OnAir;
+    if (!timerOn(BeaconTimer::Timer3))
+        start(BeaconTimer::Timer3, kFlashMs);
+    if (!in.repeat()) {
+        pausedSeconds_ = 0;
+        length_ = playFile(player_, file);
+        start(BeaconTimer::Timer6, kWatchMs);
+    } else {
+        if (loopArmed_) // a press in the voice pause means stop
+            return stopSequence();
+        stopPlayer(player_);
+        if (in.route() == BeaconRoute::Tone && !port_.isOpen()) {
+            shown_.combo3Enabled = true;
+            count_ = 0;
+            return;
+        }
+        length_ = playFile(player_, file);
+        start(BeaconTimer::Timer6, kWatchMs);
+        loopArmed_ = true;
+    }
+    host_.focus();
+}
+
+void BeaconMachine::watch() {
+    shown_.label33 = FormatMillis(length_ - player_.position());
+    if (!playerAtEnd(player_, length_))
+        return;
+    const BeaconInputs in = host_.inputs();
+    if (!in.repeat()) {
+        count_ = 0;
+        shown_.combo3Enabled = true;
+    } else if (in.route() == BeaconRoute::Tone) {
+        // The port stays open: the next round follows at once.
+        stopPlayer(player_);
+        loopArmed_ = false;
+        shown_.caption = BeaconCaption::Pause;
+        click();
+        return;
+    } else {
+        start(BeaconTimer::Timer5, in.loopPause * 1000);
+        ++count_;
+        if (in.maxRounds && *in.maxRounds <= count_) {
+            stop(BeaconTimer::Timer5);
+            count_ = 0;
+            shown_.combo3Enabled = true;
+        } else {
+            shown_.caption = BeaconCaption::Pause;
+        }
+    }
+    shown_.buttonEnabled = false;
+    stop(BeaconTimer::Timer6);
+    host_.focus();
+    stopPlayer(player_);
+    if (in.route() != BeaconRoute::Voice && fileThere(in.cwEndFile)) {
+        length_ = playFile(player_, in.cwEndFile);
+        drain_ = Drain::EndFile;
+        afterDrain_ = AfterDrain::Watch;
+        start(BeaconTimer::Drain, kWatchMs);
+        return;
+    }
+    watchRest();
+}
+
+void BeaconMachine::watchRest() {
+    port_.ReleasePort();
+    stopPlayer(player_);
+    pausedSeconds_ = 0;
+    if (!timerOn(BeaconTimer::Timer5)) { // no pause follows
+        shown_.picture8Enabled = true;
+        loopArmed_ = false;
+        stop(BeaconTimer::Timer3);
+        shown_.buttonRed = false;
+        shown_.caption = BeaconCaption::Idle;
+    }
+    shown_.buttonEnabled = true;
+}
+
+void BeaconMachine::drain() {
+    if (drain_ == Drain::RunningFile) {
+        const long pos = player_.position();
+        if (pos != 0 && pos < length_)
+            return;
+        stopPlayer(player_);
+        length_ = playFile(player_, run_.cwEndFile);
+        drain_ = Drain::EndFile;
+        return;
+    }
+    if (!playerAtEnd(player_, length_))
+        return;
+    stop(BeaconTimer::Drain);
+    drain_ = Drain::None;
+    if (afterDrain_ == AfterDrain::Stop)
+        stopRest();
+    else
+        watchRest();
+}
+
+} // namespace orv::keying
