@@ -14,11 +14,14 @@
 #include "core/keying/audio.h"
 #include "core/keying/keying_fakes.h"
 #include "core/settings/settings.h"
+#include "remote_client.h"
 #include "support/fakes.h"
 #include "support/temp_dir.h"
 #include "ui/beacon_binding.h"
+#include "ui/beacon_remote_port.h"
 #include "ui/cw_binding.h"
 #include "ui/main_window.h"
+#include "ui/remote_binding.h"
 
 using namespace orv;
 using orv::ui::MainWindow;
@@ -184,6 +187,31 @@ private slots:
         QVERIFY(!port.isOpen());
         QVERIFY(find<QComboBox>("Combo3")->isEnabled());
         QVERIFY(find<QFrame>("Picture8")->isEnabled());
+    }
+
+    // The station's other programs read and press the beacon over the
+    // command interface as the button does.
+    void remoteControlPressesTheBeacon() {
+        const quint16 tcp = test::freePort();
+        settings->file().write("DDE", "Port", std::to_string(tcp));
+        ui::BeaconRemotePort beaconPort(beacon->control());
+        auto* remote = new ui::RemoteBinding(*w, *settings, texts);
+        remote->setBeacon(beaconPort);
+        test::RemoteClient client;
+        QVERIFY(client.connectTo(tcp));
+        QCOMPARE(client.ask("GETBKSTA:"), std::optional<QByteArray>("BKSTA1"));
+        find<QComboBox>("Combo3")->setCurrentText("CW");
+        find<QComboBox>("Combo10")->setEditText("");
+        client.send("SET_BKON:\r\n");
+        QTRY_COMPARE(caption(), QString("OnAir"));
+        QCOMPARE(client.ask("GETBKSTA:"), std::optional<QByteArray>("BKSTA2"));
+        // A second start while it runs changes nothing.
+        client.send("SET_BKON:\r\n");
+        QCOMPARE(client.ask("GETBKSTA:"), std::optional<QByteArray>("BKSTA2"));
+        client.send("SETBKOFF:\r\n");
+        QTRY_COMPARE(caption(), QString::fromStdString(texts(24)));
+        QCOMPARE(client.ask("GETBKSTA:"), std::optional<QByteArray>("BKSTA1"));
+        delete remote;
     }
 
     void closingTheWindowReleasesThePort() {
