@@ -25,9 +25,15 @@ bool MainWindow::eventFilter(QObject* watched, QEvent* event) {
     if (!widget)
         return QMainWindow::eventFilter(watched, event);
     if (widget == grid_) {
-        if (event->type() == QEvent::KeyPress && isEnter(static_cast<QKeyEvent*>(event))) {
-            gridEnterPressed(selectedGridRow());
-            return true;
+        if (event->type() == QEvent::KeyPress) {
+            auto* e = static_cast<QKeyEvent*>(event);
+            if (isEnter(e)) {
+                gridEnterPressed(selectedGridRow());
+                return true;
+            }
+            // The grid would take letters for its search: the window's keys
+            // and the publishing keys come first, as in the fields.
+            return windowKey(e) || (onFormKeyPress && onFormKeyPress(e));
         }
         return QMainWindow::eventFilter(watched, event);
     }
@@ -66,6 +72,16 @@ bool MainWindow::eventFilter(QObject* watched, QEvent* event) {
         break;
     }
     return QMainWindow::eventFilter(watched, event);
+}
+
+void MainWindow::keyPressEvent(QKeyEvent* e) {
+    // A key that the widget with the focus left alone (a button, a list, the
+    // beacon row) still reaches the window's keys, wherever the focus is.
+    if (windowKey(e) || (onFormKeyPress && onFormKeyPress(e))) {
+        e->accept();
+        return;
+    }
+    QMainWindow::keyPressEvent(e);
 }
 
 bool MainWindow::windowKey(QKeyEvent* e) {

@@ -262,6 +262,12 @@ private slots:
         QCOMPARE(*a.line(), QByteArray("ANT A"));
         QCOMPARE(*b.line(), QByteArray("ANT A"));
         QCOMPARE(call->text(), QString("DL1B"));
+        // The keys publish wherever the focus stands, the log grid included.
+        auto* grid = w->findChild<QWidget*>("MSFlexGrid1");
+        grid->setFocus();
+        QTest::keyClick(grid, Qt::Key_Asterisk);
+        QCOMPARE(*a.line(), QByteArray("TURN 135"));
+        QCOMPARE(*b.line(), QByteArray("TURN 135"));
         // The item keeps the published text until the next reply.
         RemoteClient late;
         connectClient(late);
