@@ -13,6 +13,7 @@ public:
     ~SerialKeyLine() override;
     bool open(const std::string& device) override;
     bool escape(keying::LineCode code) override;
+    bool alive() override { return modemLines() >= 0; }
     void close() override;
     // DTR and RTS as TIOCM_ bits, -1 when closed or the device fails.
     int modemLines() const;

@@ -205,8 +205,10 @@ void BeaconMachine::keyedRoute(const BeaconInputs& in) {
 
 bool BeaconMachine::openPort(int com, long long ptt) {
     const Status opened = port_.OpenAndKeyPort(com, ptt);
-    if (opened)
+    if (opened) {
+        runPort_ = com;
         return true;
+    }
     dialogs_.inform(texts_(25) + "\n" + opened.failure().detail, Icon::Critical);
     shown_.combo3Enabled = true;
     count_ = 0;

@@ -176,6 +176,7 @@ private:
     BeaconInputs run_; // the inputs of the running transmission
     int state_ = 0;    // `BakeState`
     int count_ = 0;    // `BakeCount`
+    int runPort_ = 0;  // the COM number of the port opened for this run
     bool loopArmed_ = false;
     bool maxReached_ = false;
     int pausedSeconds_ = 0;

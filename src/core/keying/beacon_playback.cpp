@@ -41,6 +41,21 @@ void BeaconMachine::play(const BeaconInputs& in) {
 }
 
 void BeaconMachine::watch() {
+    // PTT stands on a serial line while a file plays: a device that goes
+    // away drops the beacon at once, with its message.
+    if (port_.isOpen() && !port_.alive()) {
+        stop(BeaconTimer::Timer6);
+        dialogs_.inform(texts_(25) + "\nCOM " + std::to_string(runPort_), Icon::Critical);
+        faultReset();
+        stop(BeaconTimer::Timer3);
+        stop(BeaconTimer::Timer5);
+        shown_.buttonRed = false;
+        shown_.caption = BeaconCaption::Idle;
+        loopArmed_ = false;
+        count_ = 0;
+        state_ = 0;
+        return;
+    }
     shown_.label33 = FormatMillis(length_ - player_.position());
     if (!playerAtEnd(player_, length_))
         return;

@@ -66,4 +66,9 @@ bool KeyPort::isOpen() const {
     return open_;
 }
 
+bool KeyPort::alive() const {
+    std::lock_guard lock(mutex_);
+    return open_ && device_.alive();
+}
+
 } // namespace orv::keying

@@ -43,6 +43,9 @@ public:
     // One line operation; false when the device no longer answers (pulled).
     virtual bool escape(LineCode code) = 0;
     virtual void close() = 0;
+    // Whether the open device still answers, asked without moving a line
+    // (a USB adapter pulled while a file plays with PTT up).
+    virtual bool alive() { return true; }
 };
 
 // The process-wide port handle (`PortHandle`): at most one device open, shared
@@ -66,6 +69,8 @@ public:
     // device failed.
     bool escape(LineCode code);
     bool isOpen() const;
+    // Open and still answering.
+    bool alive() const;
 
 private:
     KeyLineDevice& device_;

@@ -56,6 +56,7 @@ public:
         return true;
     }
     void close() override { calls.push_back({"close", clock_.now()}); }
+    bool alive() override { return !pulled; }
 
     std::vector<std::string> ops() const {
         std::vector<std::string> out;
@@ -68,6 +69,7 @@ public:
     bool refuseOpen = false;
     int failAfter = -1; // escapes that succeed before the device is gone
     int escapes = 0;
+    bool pulled = false; // the device no longer answers a look at its lines
 
 private:
     keying::MonotonicClock& clock_;

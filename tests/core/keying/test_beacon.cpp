@@ -295,6 +295,19 @@ TEST(Beacon, everyWayOutReleasesThePort) {
              r.settle();
              EXPECT_EQ(r.dialogs.informed.size(), 1u);
          }},
+        {"adapter pulled while a tone file plays",
+         [](BeaconRig& r) {
+             r.in.cwInterface = 1;
+             r.in.bakeAudioCW = r.file("tone.wav");
+             r.beacon->press();
+             EXPECT_TRUE(r.port.isOpen());
+             r.line.pulled = true;
+             r.advance(100);
+             ASSERT_EQ(r.dialogs.informed.size(), 1u);
+             EXPECT_EQ(r.dialogs.informed[0], r.texts(25) + "\nCOM 2");
+             EXPECT_EQ(r.beacon->state(), BeaconCaption::Idle);
+             EXPECT_FALSE(r.beacon->timerOn(BeaconTimer::Timer6));
+         }},
         {"window closed between rounds",
          [](BeaconRig& r) {
              r.beacon->press();
