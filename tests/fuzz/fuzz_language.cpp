@@ -46,7 +46,11 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     FUZZ_CHECK(sameRows(fromFile, texts), "file and stream loads disagree on rows");
 
     // The template of what was loaded reads back unchanged.
+    // Empty rows are left out of the template, so it is read over an
+    // empty table.
     Texts again;
+    for (int n = 0; n <= Texts::kMaxRow; ++n)
+        again.set(n, "");
     std::istringstream tpl(texts.languageTemplate());
     const auto rt = again.loadLanguage(tpl);
     FUZZ_CHECK(rt.status == Texts::LoadStatus::Loaded, "the template was refused");
