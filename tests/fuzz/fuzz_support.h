@@ -4,14 +4,16 @@
 // of one run, whole-file reads and writes, and the check that stops a run
 // with a finding when a reader breaks one of its promises.
 
+#include <signal.h>
 #include <unistd.h>
+
+#include <cerrno>
 
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
-#include <iterator>
 #include <map>
 #include <sstream>
 #include <string>
@@ -27,6 +29,14 @@ inline const std::filesystem::path& workDir() {
         std::error_code ec;
         if (!std::filesystem::is_directory(base, ec))
             base = std::filesystem::temp_directory_path();
+        // libFuzzer may end a run without static destructors: folders of
+        // runs whose process is gone are removed here.
+        for (const auto& e : std::filesystem::directory_iterator(base, ec)) {
+            const std::string n = e.path().filename().string();
+            if (n.starts_with("orvanta-fuzz-") &&
+                ::kill(static_cast<pid_t>(std::atol(n.c_str() + 13)), 0) != 0 && errno == ESRCH)
+                std::filesystem::remove_all(e.path(), ec);
+        }
         auto d = base / ("orvanta-fuzz-" + std::to_string(::getpid()));
         std::filesystem::remove_all(d, ec);
         std::filesystem::create_directories(d);
@@ -43,9 +53,16 @@ inline const std::filesystem::path& workDir() {
     return dir;
 }
 
+// Read in one piece: the logs are large enough that a character-wise read
+// would be most of a run's time.
 inline std::string bytesOf(const std::filesystem::path& p) {
-    std::ifstream in(p, std::ios::binary);
-    return std::string(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
+    std::ifstream in(p, std::ios::binary | std::ios::ate);
+    if (!in)
+        return {};
+    std::string s(static_cast<std::size_t>(in.tellg()), '\0');
+    in.seekg(0);
+    in.read(s.data(), static_cast<std::streamsize>(s.size()));
+    return s;
 }
 
 inline void writeBytes(const std::filesystem::path& p, std::string_view bytes) {
