@@ -11,6 +11,12 @@ if(ORVANTA_SANITIZE)
                                                 -fno-sanitize-recover=undefined)
     target_link_options(orv_common INTERFACE -fsanitize=address,undefined)
 endif()
+if(ORVANTA_FUZZ)
+    # Coverage for libFuzzer in every library; the harnesses link its main.
+    target_compile_options(orv_common INTERFACE -fsanitize=fuzzer-no-link,address,undefined
+                                                -fno-omit-frame-pointer -fno-sanitize-recover=undefined)
+    target_link_options(orv_common INTERFACE -fsanitize=address,undefined)
+endif()
 target_include_directories(orv_common INTERFACE ${PROJECT_SOURCE_DIR}/src)
 
 # orv_core_module(NAME DEPS...) builds every .cpp in src/core/NAME into the

@@ -18,7 +18,7 @@ packages=(
     qt6-base-dev qt6-multimedia-dev qt6-serialport-dev libqt6opengl6-dev libgl-dev
     libsqlite3-dev libcurl4-openssl-dev
     libgtest-dev libgmock-dev libbenchmark-dev
-    hamradio-files python3 python3-pyftpdlib clang-format
+    hamradio-files python3 python3-pyftpdlib clang-format clang libclang-rt-14-dev
     librsvg2-bin desktop-file-utils appstream lintian dpkg-dev file man-db bash-completion
     pulseaudio pulseaudio-utils sox
 )
@@ -74,6 +74,11 @@ test)
         -DORVANTA_SANITIZE=ON
     ASAN_OPTIONS=detect_leaks=1 UBSAN_OPTIONS=print_stacktrace=1 \
         ctest --test-dir "$root/build-asan" --output-on-failure -j"$jobs" --timeout 900
+    # 3. Every reader of outside input under libFuzzer (clang): its seeds and
+    #    saved corpus replayed, then 20 seconds of fuzzing (tests/fuzz/README.md).
+    CC=clang CXX=clang++ build "$root/build-fuzz" -DCMAKE_BUILD_TYPE=RelWithDebInfo -DORVANTA_FUZZ=ON \
+        -DORVANTA_WERROR=ON
+    ctest --test-dir "$root/build-fuzz" --output-on-failure -j"$jobs" --timeout 600
     ;;
 *)
     echo "usage: scripts/setup.sh run|test|package" >&2

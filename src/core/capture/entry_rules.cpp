@@ -19,6 +19,10 @@ std::string normaliseTime(std::string_view typed) {
 
 std::optional<TimeOfDay> parseTime(std::string_view s) {
     const std::string t = text::trim(s);
+    // Digits and separators only: sscanf alone takes blanks and signs before
+    // a number ("07: 7", "12:+5").
+    if (t.find_first_not_of("0123456789:") != std::string::npos)
+        return std::nullopt;
     TimeOfDay r;
     int consumed = 0;
     if (std::sscanf(t.c_str(), "%2d:%2d%n", &r.hour, &r.minute, &consumed) != 2)

@@ -55,12 +55,24 @@ std::vector<std::string> lines(std::istream& in) {
 // as the two characters "\r\n".
 constexpr std::string_view kBreakMark = "\\r\\n";
 
+// A carriage return alone inside a line (an old Mac editor, a damaged file)
+// is a line break as well, written as "\r\n" in the text, so that the
+// template writes every text back as it was read.
 std::string unescapeBreaks(std::string s) {
     for (auto pos = s.find(kBreakMark); pos != std::string::npos; pos = s.find(kBreakMark, pos)) {
         s.replace(pos, kBreakMark.size(), "\r\n");
         pos += 2;
     }
-    return s;
+    if (s.find('\r') == std::string::npos)
+        return s;
+    std::string out;
+    out.reserve(s.size());
+    for (std::size_t i = 0; i < s.size(); ++i) {
+        out += s[i];
+        if (s[i] == '\r' && (i + 1 == s.size() || s[i + 1] != '\n'))
+            out += '\n';
+    }
+    return out;
 }
 
 std::string escapeBreaks(const std::string& s) {

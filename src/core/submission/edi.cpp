@@ -277,6 +277,24 @@ Result<std::filesystem::path> writeEdi(const std::filesystem::path& chosen, cons
     return path;
 }
 
+namespace {
+
+// The band and the dates go into the upload name as the file has them, but
+// for what cannot stand in one file name on the server: folders, control
+// characters and the characters Windows refuses become "_".
+std::string nameSafe(std::string_view field) {
+    std::string out;
+    for (const char ch : field) {
+        const auto c = static_cast<unsigned char>(ch);
+        const bool refused = c < 0x20 || c == 0x7F ||
+                             std::string_view("/\\:*?\"<>|").find(ch) != std::string_view::npos;
+        out += refused ? '_' : ch;
+    }
+    return out;
+}
+
+} // namespace
+
 Result<std::string> EDIDateiname(const std::filesystem::path& ediFile) {
     const std::string content = text::decodeLegacy(fileio::readAll(ediFile));
     std::string date, call, pband;
@@ -314,7 +332,7 @@ Result<std::string> EDIDateiname(const std::filesystem::path& ediFile) {
     }
     if (const auto blank = pband.find(' '); blank != std::string::npos)
         pband.erase(blank, 1);
-    return safeCall + "_" + pband + "_" + date + ".EDI";
+    return safeCall + "_" + nameSafe(pband) + "_" + nameSafe(date) + ".EDI";
 }
 
 } // namespace orv

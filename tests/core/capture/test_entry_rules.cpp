@@ -2,6 +2,7 @@
 
 #include "core/capture/entry_rules.h"
 #include "core/capture/rate_meter.h"
+#include "support/temp_dir.h"
 
 using namespace orv;
 
@@ -17,6 +18,18 @@ TEST(EntryRules, TimeNormalisation) {
     EXPECT_TRUE(entry::parseTime("00:00:30"));
     for (const char* bad : {"24:00", "12:60", "1234", "ab:cd", "-1:30", "12:3x", ""})
         EXPECT_FALSE(entry::parseTime(bad)) << bad;
+}
+
+// A blank or a sign inside a typed time is no time, also after the
+// completion made "07: 7" of it (an input the fuzzer found).
+TEST(EntryRules, TimeWithBlankOrSignInsideIsRefused) {
+    const std::string typed =
+        test::readFile(test::sourceDir() / "tests/data/fuzz/entry_time/blank-in-minutes.txt");
+    EXPECT_EQ(entry::normaliseTime(typed), "07: 7");
+    EXPECT_FALSE(entry::parseTime(entry::normaliseTime(typed)));
+    for (const char* bad : {"12: 30", "12:+5", "1 2:30", "12:30: 5", "12:30:+5", "+1:30"})
+        EXPECT_FALSE(entry::parseTime(bad)) << bad;
+    EXPECT_TRUE(entry::parseTime(" 7:05 ")) << "blanks around the time are trimmed";
 }
 
 TEST(EntryRules, SerialsReportsAndModes) {

@@ -185,3 +185,19 @@ TEST(Texts, TemplateListsEveryRowAndReadsBackUnchanged) {
     t.set(498, "lone\r\nbreak"); // a lone line feed comes back as CR LF
     EXPECT_EQ(rows(back), rows(t));
 }
+
+// A carriage return alone inside a line is a line break of the text, so
+// that the template gives back what was read (an input the fuzzer found).
+TEST(Texts, StrayCarriageReturnIsALineBreakAndReadsBack) {
+    Texts t;
+    ASSERT_EQ(
+        t.loadLanguageFile(test::sourceDir() / "tests/data/fuzz/language/stray-cr.lng").status,
+        Texts::LoadStatus::Loaded);
+    EXPECT_EQ(t(119), "Operators in\r\n\r\nthe contest");
+    EXPECT_EQ(t(120), "Ends in a return\r\n");
+    EXPECT_EQ(t(121), "Mixed\r\n\r\nmarks");
+
+    Texts back;
+    ASSERT_EQ(load(back, t.languageTemplate()).status, Texts::LoadStatus::Loaded);
+    EXPECT_EQ(rows(back), rows(t));
+}

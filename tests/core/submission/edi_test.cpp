@@ -481,3 +481,11 @@ TEST(Edi, UploadName) {
         }
     }
 }
+
+// The band and the dates cannot carry a folder or a control character into
+// the upload name (an input the fuzzer found).
+TEST(Edi, UploadNameIsOneFileName) {
+    const auto r = EDIDateiname(test::sourceDir() / "tests/data/fuzz/edi_name/control-in-band.edi");
+    ASSERT_TRUE(r.ok());
+    EXPECT_EQ(*r, "OE1ABC_1,3GHz__20260502_.._X_;20260503.EDI");
+}
