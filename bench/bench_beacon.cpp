@@ -39,11 +39,14 @@
 #include "ui/log_grid_model.h"
 #include "ui/main_window.h"
 #include "ui/startup.h"
+#include "window_bench.h"
 
 using namespace orv;
 using Clock_ = std::chrono::steady_clock;
 
 namespace {
+
+using orv::bench::percentile;
 
 constexpr int kRows = 5000;
 constexpr int k144 = 1;
@@ -210,14 +213,6 @@ Program& program() {
     return *theProgram;
 }
 
-double percentile(std::vector<double> v, double p) {
-    if (v.empty())
-        return 0;
-    std::sort(v.begin(), v.end());
-    const auto at = static_cast<std::size_t>(p * static_cast<double>(v.size() - 1) + 0.5);
-    return v[std::min(at, v.size() - 1)];
-}
-
 const std::vector<std::string> kCalls = {"K19AB", "K7001AB", "DL1ABC", "K123", "OK1KHL"};
 
 void typeCalls(benchmark::State& state, bool withBeacon) {
@@ -332,14 +327,5 @@ BENCHMARK(BM_BeaconEdgesWhileLogging)
     ->Unit(benchmark::kSecond);
 
 int main(int argc, char** argv) {
-    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
-        qputenv("QT_QPA_PLATFORM", "offscreen");
-    QApplication app(argc, argv);
-    benchmark::Initialize(&argc, argv);
-    if (benchmark::ReportUnrecognizedArguments(argc, argv))
-        return 1;
-    benchmark::RunSpecifiedBenchmarks();
-    benchmark::Shutdown();
-    theProgram.reset();
-    return 0;
+    return orv::bench::runWindowBenchmarks(argc, argv, [] { theProgram.reset(); });
 }

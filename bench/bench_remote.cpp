@@ -40,11 +40,14 @@
 #include "ui/main_window.h"
 #include "ui/remote_binding.h"
 #include "ui/startup.h"
+#include "window_bench.h"
 
 using namespace orv;
 using Clock_ = std::chrono::steady_clock;
 
 namespace {
+
+using orv::bench::percentile;
 
 constexpr int kClients = 16;
 constexpr double kRate = 2000; // commands a second, all clients together
@@ -117,14 +120,6 @@ Program& program() {
     while (theProgram->remote->server().clientCount() > 0)
         QApplication::processEvents(QEventLoop::AllEvents, 10);
     return *theProgram;
-}
-
-double percentile(std::vector<double> v, double p) {
-    if (v.empty())
-        return 0;
-    std::sort(v.begin(), v.end());
-    const auto at = static_cast<std::size_t>(p * static_cast<double>(v.size() - 1) + 0.5);
-    return v[std::min(at, v.size() - 1)];
 }
 
 // The clients: one thread, requests paced at kRate, round-robin over the
@@ -337,14 +332,5 @@ BENCHMARK(BM_KeyPressUnderRemoteLoad)
 BENCHMARK(BM_KeyPressUnderFlood)->UseManualTime()->Iterations(500)->Unit(benchmark::kMicrosecond);
 
 int main(int argc, char** argv) {
-    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
-        qputenv("QT_QPA_PLATFORM", "offscreen");
-    QApplication app(argc, argv);
-    benchmark::Initialize(&argc, argv);
-    if (benchmark::ReportUnrecognizedArguments(argc, argv))
-        return 1;
-    benchmark::RunSpecifiedBenchmarks();
-    benchmark::Shutdown();
-    theProgram.reset();
-    return 0;
+    return orv::bench::runWindowBenchmarks(argc, argv, [] { theProgram.reset(); });
 }

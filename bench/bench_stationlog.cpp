@@ -30,11 +30,14 @@
 #include "core/stationlog/station_log.h"
 #include "core/util/sqlite.h"
 #include "ui/stationlog/station_log_window.h"
+#include "window_bench.h"
 
 using namespace orv;
 using Clock_ = std::chrono::steady_clock;
 
 namespace {
+
+using orv::bench::percentile;
 
 constexpr int kRows = 100000;
 
@@ -120,14 +123,6 @@ Data& data() {
     if (!theData)
         theData = std::make_unique<Data>();
     return *theData;
-}
-
-double percentile(std::vector<double> v, double p) {
-    if (v.empty())
-        return 0;
-    std::sort(v.begin(), v.end());
-    const auto at = static_cast<std::size_t>(p * static_cast<double>(v.size() - 1) + 0.5);
-    return v[std::min(at, v.size() - 1)];
 }
 
 void report(benchmark::State& state, const std::vector<double>& ms) {
@@ -289,14 +284,5 @@ BENCHMARK(BM_SaveAgainstBareInsert)
     ->Unit(benchmark::kMillisecond);
 
 int main(int argc, char** argv) {
-    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
-        qputenv("QT_QPA_PLATFORM", "offscreen");
-    QApplication app(argc, argv);
-    benchmark::Initialize(&argc, argv);
-    if (benchmark::ReportUnrecognizedArguments(argc, argv))
-        return 1;
-    benchmark::RunSpecifiedBenchmarks();
-    benchmark::Shutdown();
-    theData.reset();
-    return 0;
+    return orv::bench::runWindowBenchmarks(argc, argv, [] { theData.reset(); });
 }

@@ -25,11 +25,14 @@
 #include "ui/log_dialog.h"
 #include "ui/main_window.h"
 #include "ui/startup.h"
+#include "window_bench.h"
 
 using namespace orv;
 using Clock_ = std::chrono::steady_clock;
 
 namespace {
+
+using orv::bench::percentile;
 
 constexpr int kRows = 20000;
 constexpr int k144 = 1;
@@ -122,14 +125,6 @@ Program& program() {
     return *theProgram;
 }
 
-double percentile(std::vector<double> v, double p) {
-    if (v.empty())
-        return 0;
-    std::sort(v.begin(), v.end());
-    const auto at = static_cast<std::size_t>(p * static_cast<double>(v.size() - 1) + 0.5);
-    return v[std::min(at, v.size() - 1)];
-}
-
 void report(benchmark::State& state, const std::vector<double>& ms) {
     state.counters["p50_ms"] = percentile(ms, 0.50);
     state.counters["p99_ms"] = percentile(ms, 0.99);
@@ -214,14 +209,5 @@ BENCHMARK(BM_KeyPressLocatorField)
 BENCHMARK(BM_BandChange)->UseManualTime()->Iterations(40)->Unit(benchmark::kMillisecond);
 
 int main(int argc, char** argv) {
-    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
-        qputenv("QT_QPA_PLATFORM", "offscreen");
-    QApplication app(argc, argv);
-    benchmark::Initialize(&argc, argv);
-    if (benchmark::ReportUnrecognizedArguments(argc, argv))
-        return 1;
-    benchmark::RunSpecifiedBenchmarks();
-    benchmark::Shutdown();
-    theProgram.reset();
-    return 0;
+    return orv::bench::runWindowBenchmarks(argc, argv, [] { theProgram.reset(); });
 }
