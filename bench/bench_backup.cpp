@@ -19,28 +19,13 @@ const FreeSpaceFn plenty = [](const std::filesystem::path&) {
     return std::optional<std::uintmax_t>(1ull << 40);
 };
 
-void commitLoop(benchmark::State& state, Fixture& f, Capture& capture) {
-    int n = 0;
-    for (auto _ : state) {
-        EntryRow r;
-        r.call = "DL" + std::to_string(++n) + "X";
-        r.locator = "JN88EF";
-        r.rstNr = "59001";
-        r.time = "14:30";
-        r.mode = "SSB";
-        if (capture.Uebernehmen(r).kind != CommitResult::Kind::Stored)
-            state.SkipWithError("commit refused");
-    }
-    (void)f;
-}
-
 void BM_CommitWithoutBackup(benchmark::State& state) {
     Fixture f;
     CaptureConfig cfg;
     cfg.ownLocator = "JN78DF";
     Capture capture(*f.log, cfg, f.clock, f.dialogs, f.texts);
     capture.selectBand(k144);
-    commitLoop(state, f, capture);
+    commitQsos(state, capture);
 }
 
 void BM_CommitWithBackupAfterEach(benchmark::State& state) {
@@ -52,7 +37,7 @@ void BM_CommitWithBackupAfterEach(benchmark::State& state) {
     capture.selectBand(k144);
     BackupWorker worker(nullptr, plenty);
     capture.afterChange = [&] { worker.request(f.path, f.dir / "Stick" / "Bench.sqlite"); };
-    commitLoop(state, f, capture);
+    commitQsos(state, capture);
     worker.waitIdle();
     state.counters["copies"] = worker.copiesMade();
 }

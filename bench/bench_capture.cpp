@@ -44,17 +44,7 @@ void BM_CaptureCommit(benchmark::State& state) {
     cfg.ownLocator = "JN78DF";
     Capture capture(*f.log, cfg, f.clock, f.dialogs, f.texts);
     capture.selectBand(k144);
-    int n = 0;
-    for (auto _ : state) {
-        EntryRow r;
-        r.call = "DL" + std::to_string(++n) + "X";
-        r.locator = "JN88EF";
-        r.rstNr = "59001";
-        r.time = "14:30";
-        r.mode = "SSB";
-        if (capture.Uebernehmen(r).kind != CommitResult::Kind::Stored)
-            state.SkipWithError("commit refused");
-    }
+    commitQsos(state, capture);
 }
 
 struct PlainRow {

@@ -7,6 +7,9 @@
 #include <memory>
 #include <string>
 
+#include <benchmark/benchmark.h>
+
+#include "core/capture/capture.h"
 #include "core/i18n/texts.h"
 #include "core/logstore/contest_log.h"
 #include "core/util/ports.h"
@@ -64,5 +67,20 @@ struct Fixture {
         std::filesystem::remove_all(dir);
     }
 };
+
+// Each iteration commits one new QSO through the capture, as Enter does.
+inline void commitQsos(benchmark::State& state, Capture& capture) {
+    int n = 0;
+    for (auto _ : state) {
+        EntryRow r;
+        r.call = "DL" + std::to_string(++n) + "X";
+        r.locator = "JN88EF";
+        r.rstNr = "59001";
+        r.time = "14:30";
+        r.mode = "SSB";
+        if (capture.Uebernehmen(r).kind != CommitResult::Kind::Stored)
+            state.SkipWithError("commit refused");
+    }
+}
 
 } // namespace orv::bench

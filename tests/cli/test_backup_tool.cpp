@@ -11,11 +11,7 @@ using namespace orv;
 // file name, and its refusals with the program's texts.
 TEST(BackupTool, CopiesAndRefuses) {
     test::TempDir home;
-    const std::string h = home.path().string();
-    auto tool = [&](std::vector<std::string> args) {
-        args.insert(args.begin(), {"--home", h});
-        return test::runTool(args);
-    };
+    auto tool = [&](std::vector<std::string> args) { return test::runToolAt(home.path(), args); };
     ASSERT_EQ(
         tool({"new-log", "Field", "--call", "OE1ABC", "--locator", "JN78DF", "--contest", "T"})
             .status,

@@ -23,11 +23,7 @@ std::vector<std::string> lines(const std::string& s) {
 // corrected, deleted, restored, and the band emptied.
 TEST(CaptureTool, AddListCorrectDeleteRestoreClear) {
     test::TempDir home;
-    const std::string h = home.path().string();
-    auto tool = [&](std::vector<std::string> args) {
-        args.insert(args.begin(), {"--home", h});
-        return test::runTool(args);
-    };
+    auto tool = [&](std::vector<std::string> args) { return test::runToolAt(home.path(), args); };
     ASSERT_EQ(
         tool({"new-log", "Test", "--call", "OE1ABC", "--locator", "JN78DF", "--contest", "Test"})
             .status,

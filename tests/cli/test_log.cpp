@@ -11,8 +11,7 @@ using namespace orv;
 namespace {
 
 test::ToolRun tool(const test::TempDir& home, std::vector<std::string> args) {
-    args.insert(args.begin(), {"--home", home.path().string()});
-    return test::runTool(args);
+    return test::runToolAt(home.path(), std::move(args));
 }
 
 bool has(const std::string& text, const std::string& part) {
