@@ -153,7 +153,7 @@ private slots:
                              "# OrvantaContest Language File V1.0\n261 = Open log\n151=Call\n");
         orv::test::writeFile(dir / "Language" / "Broken.lng", "no marker here\n261=Kaputt\n");
         orv::test::writeFile(dir / "Language" / "Long.lng",
-                             "# OrvantaContest Language File V1.0\n151=Rufz.\n501=Zu weit\n");
+                             "# OrvantaContest Language File V1.0\n151=Rufz.\n2001=Zu weit\n");
         Startup s(dir.path(), dialogs, clock, beeper);
         s.runLogDialog = createLog("lang");
         QCOMPARE(s.run(), Startup::Outcome::Run);
@@ -191,7 +191,7 @@ private slots:
         QAction* longFile = w->findChild<QAction*>("MnDefault3");
         QCOMPARE(longFile->text(), QString("Long.lng"));
         longFile->trigger();
-        QCOMPARE(QtDialogs::recorded().back(), std::string("FEHLER\nUngültiger Wert: 501"));
+        QCOMPARE(QtDialogs::recorded().back(), std::string("FEHLER\nUngültiger Wert: 2001"));
         QCOMPARE(w->findChild<QLabel*>("Label2")->text(), QString("Rufz."));
 
         w->findChild<QAction*>("MnDefault0")->trigger();

@@ -2,9 +2,11 @@
 
 namespace orv {
 
-// The built-in German table, row by row.
-const std::vector<std::pair<int, const char*>>& builtinTexts() {
-    static const std::vector<std::pair<int, const char*>> rows = {
+namespace {
+
+// The classic German table, row by row.
+const std::vector<TextRow>& classicRows() {
+    static const std::vector<TextRow> rows = {
         {1, "Ungültiges Rufzeichen"},
         {2, "Ungültiger Locator"},
         {3, "RSTNr ungültig Mindestlänge SSB 5 CW 6 Zeichen (Beispiel SSB 59001, CW 599001)"},
@@ -34,9 +36,11 @@ const std::vector<std::pair<int, const char*>>& builtinTexts() {
         {27, "Grad:"},
         {28, "Ungültige Contest Bezeichnung"},
         {29, "Contest Logs"},
-        {30, "!!ACHTUNG!!, wenn Du 'QBDat.mdb' neu erstellst gehen alle bisherigen Einträge verloren!"},
+        {30,
+         "!!ACHTUNG!!, wenn Du 'QBDat.mdb' neu erstellst gehen alle bisherigen Einträge verloren!"},
         {31, "OrvantaContest MUSS jetzt neu gestartet werden!"},
-        {32, "Zu wenig freier Speicher auf dem Sicherungsmedium! Automatisches Sichern wird DEAKTIVIERT."},
+        {32, "Zu wenig freier Speicher auf dem Sicherungsmedium! Automatisches Sichern wird "
+             "DEAKTIVIERT."},
         {33, "Fehler... Sicherungs-Laufwerk nicht bereit!"},
         {34, "Beim Sichern ist ein Fehler aufgetreten!"},
         {35, "Kein gültiger Pfad zum Sichern! Sichern wird Deaktiviert!"},
@@ -46,7 +50,8 @@ const std::vector<std::pair<int, const char*>>& builtinTexts() {
         {39, "Sicherungsintervall in Minuten"},
         {40, "&Audio"},
         {41, "COM-Port zur PTT-Steuerung: "},
-        {42, "Mit der ausgewählten Leitung dieses COM-Ports wird die PTT beim automatischen CQ-Rufen aus- und eingeschaltet"},
+        {42, "Mit der ausgewählten Leitung dieses COM-Ports wird die PTT beim automatischen "
+             "CQ-Rufen aus- und eingeschaltet"},
         {43, "Aufnahme"},
         {44, "Aktuelle Baken-Datei"},
         {45, "Name der aufzunehmenden Audiodatei"},
@@ -64,7 +69,9 @@ const std::vector<std::pair<int, const char*>>& builtinTexts() {
         {57, "Audiodatei existiert nicht!"},
         {58, "All&gemein"},
         {59, "Automatisch umschalten Zwei- Dreistellige MODE"},
-        {60, "Schaltet automatisch zwischen den zwei eingestellten Modulationsarten um wenn RST zwei oder dreistellig eingegeben wird. ACHTUNG, eine dritte Modulationsart wird nicht beachtet und überschrieben!"},
+        {60, "Schaltet automatisch zwischen den zwei eingestellten Modulationsarten um wenn RST "
+             "zwei oder dreistellig eingegeben wird. ACHTUNG, eine dritte Modulationsart wird "
+             "nicht beachtet und überschrieben!"},
         {61, "Bitte zweistellige MODE auswählen!"},
         {62, "Bitte dreistellige MODE auswählen!"},
         {63, "Auto MODE Einstellungen"},
@@ -77,7 +84,8 @@ const std::vector<std::pair<int, const char*>>& builtinTexts() {
         {70, "Contest Bezeichnung"},
         {71, "&Bearbeiten"},
         {72, "&Neu"},
-        {73, "Geben Sie die Bezeichnung für den Contest ein und wählen Sie die Multiplikatoren für die einzelnen Bänder aus"},
+        {73, "Geben Sie die Bezeichnung für den Contest ein und wählen Sie die Multiplikatoren für "
+             "die einzelnen Bänder aus"},
         {74, "Contest-Bezeichnung existiert bereits!"},
         {75, "Contest-Einstellungen wirklich löschen?"},
         {76, "Bitte Contest-Einstellungen auswählen!"},
@@ -130,9 +138,11 @@ const std::vector<std::pair<int, const char*>>& builtinTexts() {
         {123, "Antennenhöhe über Grund und Meereshöhe in Meter."},
         {124, "Anzahl der gültigen QSOs und Bandmultiplikator."},
         {125, "Endgültige QSO-Punkte"},
-        {126, "Gearbeitete Großfelder, Bonuspunkte und Multiplikator. Keine Bonuspunkte, dann 0 setzen, kein Multiplikator, dann Wert auf 1."},
+        {126, "Gearbeitete Großfelder, Bonuspunkte und Multiplikator. Keine Bonuspunkte, dann 0 "
+              "setzen, kein Multiplikator, dann Wert auf 1."},
         {127, "Gesamtsumme der Großfeldpunkte"},
-        {128, "Anzahl ausgetauschter Infos;Bonuspunkte;Multiplikatoren. Keine Bonuspunkte, dann 0 setzen, kein Multiplikator, dann Wert auf 1."},
+        {128, "Anzahl ausgetauschter Infos;Bonuspunkte;Multiplikatoren. Keine Bonuspunkte, dann 0 "
+              "setzen, kein Multiplikator, dann Wert auf 1."},
         {129, "Gesamtsumme der Informationspunkte"},
         {130, "Drucken"},
         {131, "Rufzeichen:"},
@@ -191,7 +201,8 @@ const std::vector<std::pair<int, const char*>>& builtinTexts() {
         {184, "Sortierreihenfolge:"},
         {185, "Info"},
         {186, "Multiplikator"},
-        {190, "Anzahl der gearbeiteten DXCC Länder; Bonuspunkte und Multiplikator. Keine Bonuspunkte, dann 0 setzen, kein Multiplikator, dann Wert auf 1."},
+        {190, "Anzahl der gearbeiteten DXCC Länder; Bonuspunkte und Multiplikator. Keine "
+              "Bonuspunkte, dann 0 setzen, kein Multiplikator, dann Wert auf 1."},
         {191, "Gesamtsumme der Länderpunkte"},
         {192, "Beanspruchte Endpunktezahl, ohne Hinweis auf die Berechnungsweise"},
         {193, "Weiteste Verbindung, ODX Rufzeichen;Locator;Entfernung"},
@@ -208,7 +219,8 @@ const std::vector<std::pair<int, const char*>>& builtinTexts() {
         {205, "Verwendete Sendeausrüstung während des Contests."},
         {206, "QTF"},
         {207, "Antennenwinkel"},
-        {208, "Zu alte Logversion. Dieses Log kann mit dieser Version von OrvantaContest nicht mehr geöffnet werden."},
+        {208, "Zu alte Logversion. Dieses Log kann mit dieser Version von OrvantaContest nicht "
+              "mehr geöffnet werden."},
         {209, "OPCall"},
         {210, "Rufzeichen übernehmen"},
         {211, "Locator übernehmen"},
@@ -241,13 +253,15 @@ const std::vector<std::pair<int, const char*>>& builtinTexts() {
         {238, "ALT"},
         {239, "Taste die zusätzlich zu F-Taste gedrückt werden muss."},
         {240, "e&Mail senden"},
-        {241, "Der Autor übernimmt keinerlei Haftung für Schäden die durch den Gebrauch von OrvantaContest entstehen!"},
+        {241, "Der Autor übernimmt keinerlei Haftung für Schäden die durch den Gebrauch von "
+              "OrvantaContest entstehen!"},
         {242, "Bist du damit einverstanden?"},
         {243, "Band-Button-Hintergrund wenn bereits QSOs geloggt"},
         {244, "Einmal"},
         {245, "Wartezeit in Sekunden bei Phonie-Bake in Loop-Modus. Bereich: 1-60"},
         {246, "Loop mit Pause"},
-        {247, "Länderliste existiert noch nicht! Du musst zuerst ARRL.CTY oder CTY.DAT importieren!"},
+        {247,
+         "Länderliste existiert noch nicht! Du musst zuerst ARRL.CTY oder CTY.DAT importieren!"},
         {248, "OrvantaContest-Homepage"},
         {249, "Länderlisten..."},
         {250, "Baken-Datei"},
@@ -405,9 +419,23 @@ const std::vector<std::pair<int, const char*>>& builtinTexts() {
         {420, "Exportieren starten bei QSONr:"},
         {421, "Letzte zu exportierende QSONr:"},
         {423, "Importieren abgebrochen! Log nicht leer. Band löschen oder neues Log anlegen!"},
-        {424, "Vor dem Importieren MUSS ein neues Log angelegt werden und Rufzeichen, Locator und Multiplikatoren eingestellt werden!"},
+        {424, "Vor dem Importieren MUSS ein neues Log angelegt werden und Rufzeichen, Locator und "
+              "Multiplikatoren eingestellt werden!"},
         {425, "Band wird von OrvantaContest nicht unterstützt!"},
     };
+    return rows;
+}
+
+} // namespace
+
+const std::vector<TextRow>& builtinTexts() {
+    static const std::vector<TextRow> rows = [] {
+        std::vector<TextRow> all = classicRows();
+        for (auto area : {generalRows(), keyingRows(), optionsRows(), filesRows(), importRows(),
+                          loadingRows(), rigRows(), mapRows(), sharedRows()})
+            all.insert(all.end(), area.begin(), area.end());
+        return all;
+    }();
     return rows;
 }
 

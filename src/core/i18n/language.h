@@ -39,7 +39,7 @@ Texts::LoadResult chooseLanguage(Texts& texts, Settings& settings,
                                  const std::filesystem::path& languageDir, std::string_view name);
 
 // What to tell the user about a load: IText(230) for a file without the
-// marker line, and for one cut short by a row number above 500 (with that
+// marker line, and for one cut short by a row number above the table (with that
 // number as detail; the rows before it are in use); nothing otherwise.
 std::optional<Failure> languageProblem(const Texts::LoadResult& result);
 

@@ -7,11 +7,15 @@
 
 namespace orv {
 
-// The table of every user text (IText), rows 0 to 500. Starts with the
-// built-in German rows; a language file overrides rows by number.
+// The table of every user text (IText). Starts with the built-in German
+// rows; a language file overrides rows by number. Rows 1 to 425 are those of
+// the classic table, so that its language files keep their meaning; the
+// captions, help and messages added since stand from kFirstAddedRow on, each
+// area of the program in a range of its own (see builtin_texts.h).
 class Texts {
 public:
-    static constexpr int kMaxRow = 500;
+    static constexpr int kMaxRow = 1999;
+    static constexpr int kFirstAddedRow = 501;
     // What the first line of a language file must hold, after upper-casing.
     static constexpr const char* kMarker = "ORVANTACONTEST LANGUAGE FILE";
 
@@ -27,7 +31,7 @@ public:
         Loaded,    // all lines read
         NoFile,    // empty path or missing file: nothing happens, nothing is said
         Invalid,   // first line lacks the marker: nothing changed, show IText(230)
-        Truncated, // a row number above 500 stopped the reading; rows before it stay
+        Truncated, // a row number above kMaxRow stopped the reading; rows before it stay
     };
     struct LoadResult {
         LoadStatus status = LoadStatus::Loaded;

@@ -92,11 +92,11 @@ TEST(Language, InvalidFileChangesNoRowAndAsksForText230) {
     ASSERT_TRUE(problem);
     EXPECT_EQ(problem->text, 230);
 
-    f.lng("Long.lng", "1 = L\n777 = x\n");
+    f.lng("Long.lng", "1 = L\n2777 = x\n");
     const auto cut = chooseLanguage(f.texts, f.settings, f.languages, "Long.lng");
     EXPECT_EQ(f.texts(1), "L");
     ASSERT_TRUE(languageProblem(cut));
-    EXPECT_EQ(languageProblem(cut)->detail, "777 > 500");
+    EXPECT_EQ(languageProblem(cut)->detail, "2777 > 1999");
     EXPECT_FALSE(languageProblem({Texts::LoadStatus::Loaded}));
     EXPECT_FALSE(languageProblem({Texts::LoadStatus::NoFile}));
 }
