@@ -1,5 +1,11 @@
 #include "core/backup/backup_worker.h"
 
+#ifdef __linux__
+#include <sys/resource.h>
+#include <sys/syscall.h>
+#include <unistd.h>
+#endif
+
 namespace orv {
 
 BackupWorker::BackupWorker(std::function<void(const BackupResult&)> done, FreeSpaceFn freeSpace)
@@ -34,7 +40,26 @@ int BackupWorker::copiesMade() const {
     return copies_;
 }
 
+namespace {
+
+// The copy yields to the operator: a lower CPU priority, and the lowest
+// best-effort I/O priority where the disk's scheduler knows priorities (not
+// the idle class, which a busy disk could starve for good). Both only ever lower this
+// thread's own priority, so failure is harmless and ignored.
+void runInBackground() {
+#ifdef __linux__
+    const auto tid = static_cast<id_t>(::syscall(SYS_gettid));
+    (void)::setpriority(PRIO_PROCESS, tid, 10);
+    constexpr int kWhoProcess = 1, kClassBestEffort = 2, kClassShift = 13, kLowest = 7;
+    (void)::syscall(SYS_ioprio_set, kWhoProcess, static_cast<int>(tid),
+                    kClassBestEffort << kClassShift | kLowest);
+#endif
+}
+
+} // namespace
+
 void BackupWorker::run() {
+    runInBackground();
     std::unique_lock lock(m_);
     for (;;) {
         cv_.wait(lock, [this] { return stop_ || pending_; });
