@@ -90,6 +90,8 @@ SendOutcome sendMorse(const Transmission& t, double t0, KeyPort& port, Monotonic
 
     if (!wait.until(t0 + static_cast<double>(units) * dit))
         return SendOutcome::Stopped;
+    if (t.holdBack && t.holdBack->load())
+        return SendOutcome::HeldBack;
     const std::string& s = t.ansiText;
     for (std::size_t i = 0; i < s.size(); ++i) {
         const auto c = static_cast<unsigned char>(s[i]);
@@ -151,7 +153,8 @@ bool Keyer::start(Transmission t, std::function<void(SendOutcome)> done) {
             return stop_.load(std::memory_order_relaxed) || (extra && extra());
         };
         const SendOutcome outcome = sendMorse(t, t0, port_, clock_, stop, timing_);
-        if (!t.keepPort || outcome != SendOutcome::Completed)
+        const bool clean = outcome == SendOutcome::Completed || outcome == SendOutcome::HeldBack;
+        if (!t.keepPort || !clean)
             port_.ReleasePort();
         busy_ = false;
         if (done)

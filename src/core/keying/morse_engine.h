@@ -2,6 +2,7 @@
 
 #include <atomic>
 #include <functional>
+#include <memory>
 #include <mutex>
 #include <string>
 #include <thread>
@@ -38,7 +39,9 @@ struct KeyerTiming {
     double spinSeconds = 0.0004;
 };
 
-enum class SendOutcome { Completed, Stopped, LineFailed };
+// HeldBack: the text was not keyed at all, because `holdBack` was set when its
+// lead had passed; the port stays as a completed text leaves it.
+enum class SendOutcome { Completed, Stopped, LineFailed, HeldBack };
 
 // One text to key: ANSI characters of the Morse table only.
 struct Transmission {
@@ -53,6 +56,10 @@ struct Transmission {
     // The port stays open and PTT up after a completed text, for a round that
     // follows; a stopped or failed text always releases it.
     bool keepPort = false;
+    // Read once when the lead has passed, before the first element: when set,
+    // nothing of the text goes out. The beacon's stop asked in the gap before
+    // a round lets the round fall away, not the round in progress.
+    std::shared_ptr<const std::atomic<bool>> holdBack{};
 };
 
 // Keys a text on the calling thread from t0 on (the time PTT went up): every

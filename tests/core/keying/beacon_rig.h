@@ -23,8 +23,10 @@ namespace orv::test {
 class FakePlayer final : public keying::MediaPlayer {
 public:
     void open(const std::filesystem::path& p) override {
-        if (throwOnOpen)
+        if (failOpens > 0) {
+            --failOpens;
             throw std::runtime_error("sound device gone");
+        }
         file = p.filename().string();
         log.push_back("open " + file);
         pos = 0;
@@ -41,7 +43,7 @@ public:
 
     std::string file;
     long pos = 0;
-    bool throwOnOpen = false;
+    int failOpens = 0; // opens that throw before one succeeds
     std::vector<std::string> log;
 };
 
