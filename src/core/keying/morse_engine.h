@@ -88,6 +88,14 @@ public:
     void wait();
     // A further reason to stop, read with the stop flag (the beacon's state).
     void setAbortCheck(std::function<bool()> check);
+    // Told on the starting thread, before the keyer thread runs, of each
+    // transmission and the time its schedule counts from: for measuring each
+    // edge against its ideal time.
+    void setStartObserver(std::function<void(const Transmission&, double t0)> observer);
+    // The keyer thread asks for a real-time priority unless told not to;
+    // realtime() tells whether the last transmission's thread got it.
+    void setRealtimeWanted(bool wanted) { wantRealtime_ = wanted; }
+    bool realtime() const { return realtime_.load(); }
 
 private:
     KeyPort& port_;
@@ -96,8 +104,11 @@ private:
     std::thread thread_;
     std::atomic<bool> stop_{false};
     std::atomic<bool> busy_{false};
+    std::atomic<bool> wantRealtime_{true};
+    std::atomic<bool> realtime_{false};
     std::mutex checkMutex_;
     std::function<bool()> abortCheck_;
+    std::function<void(const Transmission&, double)> startObserver_;
 };
 
 } // namespace orv::keying
