@@ -458,6 +458,9 @@ void BeaconMachine::faultReset() {
     host_.focus();
     shown_.picture8Enabled = true;
     stopQuietly(player_);
+    // The player is closed: nothing is left to watch, and a player that
+    // fails would otherwise bring the error box back every 100 ms.
+    stop(BeaconTimer::Timer6);
     drain_ = Drain::None;
     stop(BeaconTimer::Drain);
     shown_.buttonEnabled = true;

@@ -335,6 +335,17 @@ TEST(Beacon, everyWayOutReleasesThePort) {
              ASSERT_EQ(r.dialogs.asked.size(), 1u);
              EXPECT_EQ(r.dialogs.asked[0], r.texts(10) + "\nsound device gone");
          }},
+        {"fault while the tone file plays, cancelled",
+         [](BeaconRig& r) {
+             r.in.cwInterface = 1;
+             r.in.bakeAudioCW = r.file("tone.wav");
+             r.beacon->press();
+             r.player.failPosition = true;
+             r.advance(1000);
+             ASSERT_EQ(r.dialogs.asked.size(), 1u); // asked once, not at each look
+             EXPECT_EQ(r.dialogs.asked[0], r.texts(10) + "\nsound device gone");
+             EXPECT_TRUE(r.player.file.empty());
+         }},
         {"tone lines fail when set up anew, cancelled",
          [](BeaconRig& r) {
              r.in.cwInterface = 1;
