@@ -4,12 +4,18 @@
 //  - BM_KeyPressIdle / BM_KeyPressWhileBeacon: a key press in the call field
 //    (the key event plus the event processing after it), 10 ms apart,
 //    without and with the beacon running, in the same run;
-//  - BM_BeaconEdgesIdle / BM_BeaconEdgesWhileLogging: the error of every
-//    keyed edge of the beacon's rounds, without and with the window logging
-//    10 QSOs per second through the capture core. A line that stamps each
-//    operation with the monotonic clock takes the place of the serial port;
-//    the error of an edge is its distance from the ideal schedule, placed at
-//    the median offset of the round's edges (the round's start is not stamped).
+//  - the error of every keyed edge, measured as the CW keying benchmark
+//    measures it: a line that stamps each operation with the monotonic clock
+//    takes the place of the serial port, and the error of an edge is its
+//    distance from its ideal time, the transmission's start (PTT up, as the
+//    keyer reports it) plus its units times the dit.
+//    BM_KeyerEdgesIdle: the plain keyer sending the text again and again as
+//    the CW window does, the window idle (the baseline);
+//    BM_BeaconEdgesIdle: the beacon's rounds, the window idle;
+//    BM_BeaconEdgesWhileLogging: the beacon's rounds while the window logs
+//    10 QSOs per second through the capture core (the target).
+//    The second argument is 1 for the keyer as the program runs it (asking
+//    for a real-time priority) and 0 for a keyer at normal priority.
 #include <benchmark/benchmark.h>
 
 #include <QApplication>
@@ -22,6 +28,7 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <functional>
 #include <memory>
 #include <mutex>
 #include <string>
@@ -95,15 +102,40 @@ private:
     double t_ = 0;
 };
 
-std::vector<double> idealSchedule(const std::string& text, int wpm) {
+// The ideal times of a transmission's line operations, from its start on.
+std::vector<double> idealSchedule(keying::Transmission t) {
     IdealClock clock;
     StampingLine line(clock);
     keying::KeyPort port(line, [](int) { return std::string(); });
     (void)port.OpenAndKeyPort(1, 1);
     line.stamps.clear();
-    keying::sendMorse({text, wpm, 1, keying::keyLinesFor(0)}, 0, port, clock, [] { return false; },
-                      {0.1, 0});
+    t.holdBack = nullptr;
+    keying::sendMorse(t, 0, port, clock, [] { return false; }, {0.1, 0});
     return line.stamps;
+}
+
+// One transmission as the keyer reported its start, and the first of its
+// line operations among the stamps.
+struct Round {
+    keying::Transmission t;
+    double t0;
+    std::size_t first;
+};
+
+// The error of every edge of the rounds that went out whole (a round held
+// back or stopped by the end of a run has fewer operations than its schedule).
+void collectErrors(const std::vector<double>& stamps, const std::vector<Round>& rounds,
+                   std::vector<double>& errors, int& whole) {
+    for (std::size_t r = 0; r < rounds.size(); ++r) {
+        const auto ideal = idealSchedule(rounds[r].t);
+        const std::size_t first = rounds[r].first;
+        const std::size_t end = r + 1 < rounds.size() ? rounds[r + 1].first : stamps.size();
+        if (end < first + ideal.size())
+            continue;
+        ++whole;
+        for (std::size_t i = 0; i < ideal.size(); ++i)
+            errors.push_back(std::abs(stamps[first + i] - rounds[r].t0 - ideal[i]) * 1e6);
+    }
 }
 
 std::filesystem::path tempFolder() {
@@ -141,6 +173,7 @@ struct Program {
     std::unique_ptr<ui::Startup> startup;
     ui::BeaconBinding* beacon = nullptr;
     int logged = 0;
+    std::vector<Round> rounds; // guarded by line.m
 
     Program() {
         std::filesystem::create_directories(dir / "Logs");
@@ -177,6 +210,10 @@ struct Program {
             nullptr);
         w->activateWindow();
         QApplication::processEvents();
+        keyer.setStartObserver([this](const keying::Transmission& t, double t0) {
+            std::lock_guard lock(line.m);
+            rounds.push_back({t, t0, line.stamps.size()});
+        });
     }
     ~Program() {
         startup.reset();
@@ -260,68 +297,108 @@ void BM_KeyPressWhileBeacon(benchmark::State& state) {
     typeCalls(state, true);
 }
 
-// Runs the beacon for `seconds`, logging 10 QSOs a second when asked.
-void keyedEdges(benchmark::State& state, bool logging) {
+void clearStamps(Program& p) {
+    std::lock_guard lock(p.line.m);
+    p.line.stamps.clear();
+    p.rounds.clear();
+}
+
+// The plain keyer, as the CW window uses it: port opened, the text keyed,
+// port released, the next text started when the window hears of the end.
+void keyerRounds(Program& p, double seconds) {
+    const auto until = Clock_::now() + std::chrono::duration<double>(seconds);
+    QEventLoop loop;
+    std::function<void()> next = [&] {
+        if (Clock_::now() >= until) {
+            loop.quit();
+            return;
+        }
+        (void)p.port.OpenAndKeyPort(1, 1);
+        p.keyer.start({kCq, 25, 1, keying::keyLinesFor(0)}, [&](keying::SendOutcome) {
+            QMetaObject::invokeMethod(&loop, next, Qt::QueuedConnection);
+        });
+    };
+    QTimer::singleShot(0, &loop, next);
+    loop.exec();
+    p.keyer.wait();
+}
+
+// The beacon for `seconds` in the window's own event loop, idle but for the
+// QSOs when logging.
+void beaconRounds(Program& p, double seconds, bool logging) {
+    p.startBeacon();
+    QEventLoop loop;
+    QTimer qsos;
+    QObject::connect(&qsos, &QTimer::timeout, &loop, [&p] { p.logQso(); });
+    if (logging)
+        qsos.start(100);
+    QTimer::singleShot(static_cast<int>(seconds * 1000), &loop, &QEventLoop::quit);
+    loop.exec();
+    qsos.stop();
+    p.stopBeacon();
+}
+
+enum class Keying { Plain, Beacon, BeaconLogging };
+
+void keyedEdges(benchmark::State& state, Keying how) {
     Program& p = program();
-    const auto ideal = idealSchedule(kCq, 25);
     const double seconds = static_cast<double>(state.range(0));
+    p.keyer.setRealtimeWanted(state.range(1) != 0);
     std::vector<double> errors;
+    int whole = 0;
+    bool realtime = true;
     const int before = p.window()->logGrid().rowCount();
     for (auto _ : state) {
-        {
-            std::lock_guard lock(p.line.m);
-            p.line.stamps.clear();
-        }
-        p.startBeacon();
+        clearStamps(p);
         const auto t0 = Clock_::now();
-        // The window's own event loop, idle but for the QSOs.
-        QEventLoop loop;
-        QTimer qsos;
-        QObject::connect(&qsos, &QTimer::timeout, &loop, [&p] { p.logQso(); });
-        if (logging)
-            qsos.start(100);
-        QTimer::singleShot(static_cast<int>(seconds * 1000), &loop, &QEventLoop::quit);
-        loop.exec();
-        qsos.stop();
-        p.stopBeacon();
+        if (how == Keying::Plain)
+            keyerRounds(p, seconds);
+        else
+            beaconRounds(p, seconds, how == Keying::BeaconLogging);
+        realtime = realtime && p.keyer.realtime();
         state.SetIterationTime(std::chrono::duration<double>(Clock_::now() - t0).count());
         std::lock_guard lock(p.line.m);
-        // Four operations open the port; then each round makes the same
-        // operations as the ideal schedule, the port held in between.
-        const auto& st = p.line.stamps;
-        const std::size_t n = ideal.size();
-        // The round's start is not stamped: the median of its edges' offsets
-        // from the ideal schedule stands for it.
-        for (std::size_t at = 4; at + n <= st.size(); at += n) {
-            std::vector<double> offsets;
-            for (std::size_t i = 0; i < n; ++i)
-                offsets.push_back(st[at + i] - ideal[i]);
-            const double start = percentile(offsets, 0.5);
-            for (double o : offsets)
-                errors.push_back(std::abs(o - start) * 1e6);
-        }
+        collectErrors(p.line.stamps, p.rounds, errors, whole);
     }
+    p.keyer.setRealtimeWanted(true);
+    state.counters["rounds"] = whole;
     state.counters["edges"] = static_cast<double>(errors.size());
     state.counters["qsos"] = p.window()->logGrid().rowCount() - before;
+    state.counters["realtime"] = realtime ? 1 : 0;
     state.counters["p50_us"] = percentile(errors, 0.50);
     state.counters["p99_us"] = percentile(errors, 0.99);
     state.counters["max_us"] = percentile(errors, 1.0);
 }
 
+void BM_KeyerEdgesIdle(benchmark::State& s) {
+    keyedEdges(s, Keying::Plain);
+}
 void BM_BeaconEdgesIdle(benchmark::State& s) {
-    keyedEdges(s, false);
+    keyedEdges(s, Keying::Beacon);
 }
 void BM_BeaconEdgesWhileLogging(benchmark::State& s) {
-    keyedEdges(s, true);
+    keyedEdges(s, Keying::BeaconLogging);
 }
 
 } // namespace
 
 BENCHMARK(BM_KeyPressIdle)->UseManualTime()->Iterations(2000)->Unit(benchmark::kMicrosecond);
 BENCHMARK(BM_KeyPressWhileBeacon)->UseManualTime()->Iterations(2000)->Unit(benchmark::kMicrosecond);
-BENCHMARK(BM_BeaconEdgesIdle)->Arg(30)->Iterations(1)->UseManualTime()->Unit(benchmark::kSecond);
+// Arguments: seconds of keying, real-time priority asked for (1) or not (0).
+BENCHMARK(BM_KeyerEdgesIdle)
+    ->Args({60, 1})
+    ->Args({60, 0})
+    ->Iterations(1)
+    ->UseManualTime()
+    ->Unit(benchmark::kSecond);
+BENCHMARK(BM_BeaconEdgesIdle)
+    ->Args({60, 1})
+    ->Iterations(1)
+    ->UseManualTime()
+    ->Unit(benchmark::kSecond);
 BENCHMARK(BM_BeaconEdgesWhileLogging)
-    ->Arg(30)
+    ->Args({60, 1})
+    ->Args({60, 0})
     ->Iterations(1)
     ->UseManualTime()
     ->Unit(benchmark::kSecond);

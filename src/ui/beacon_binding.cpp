@@ -21,11 +21,6 @@
 namespace orv::ui {
 namespace {
 
-// Fixed tips of the beacon's controls that have no row in the language table.
-constexpr std::pair<const char*, const char*> kFixedTips[] = {
-    {"Combo10", "Maximale Anzahl an Bakenaussendungen"},
-};
-
 QString q(const std::string& s) {
     return QString::fromStdString(s);
 }
@@ -56,9 +51,8 @@ BeaconBinding::BeaconBinding(MainWindow& window, BeaconServices services, CwBind
     row_->loopLabel()->setText(q(t(310)));
     row_->option(s_.settings.get(keys::BakeArt) == 0 ? 0 : 1)->setChecked(true);
     row_->loopBox()->setChecked(s_.settings.get(keys::CWLoopEinAus));
-    for (const auto& [control, tip] : kFixedTips)
-        if (auto* w = main_.findChild<QWidget*>(control))
-            w->setToolTip(QString::fromUtf8(tip));
+    if (maxBake_)
+        maxBake_->setToolTip(q(t(306)));
 
     keying::BeaconHost host;
     host.inputs = [this] { return inputs(); };

@@ -109,6 +109,7 @@ private slots:
             QVERIFY(find<QFrame>(n));
         QCOMPARE(caption(), QString::fromStdString(texts(24)));
         QCOMPARE(find<QRadioButton>("Option1(0)")->text(), QString::fromStdString(texts(244)));
+        QCOMPARE(find<QComboBox>("Combo10")->toolTip(), QString::fromStdString(texts(306)));
         QVERIFY(find<QRadioButton>("Option1(1)")->isChecked());
         find<QRadioButton>("Option1(0)")->click();
         QCOMPARE(settings->get(keys::BakeArt), 0LL);

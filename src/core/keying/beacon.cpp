@@ -1,6 +1,7 @@
 #include "core/keying/beacon.h"
 
 #include <exception>
+#include <stdexcept>
 
 #include "core/i18n/texts.h"
 #include "core/keying/morse_table.h"
@@ -13,6 +14,23 @@ bool fileThere(const std::filesystem::path& p) {
     std::error_code ec;
     return !p.empty() && std::filesystem::is_regular_file(p, ec);
 }
+
+// A step given up with cancel.
+struct Cancelled {};
+
+// The clean-up of a fault and of the shutdown must not fail in its turn.
+void stopQuietly(MediaPlayer& player) noexcept {
+    try {
+        stopPlayer(player);
+    } catch (...) { // NOLINT(bugprone-empty-catch): the player is gone anyway
+    }
+}
+
+// The line sequence set up anew failed: the device went away after it opened.
+class LineFault : public std::runtime_error {
+public:
+    using std::runtime_error::runtime_error;
+};
 
 } // namespace
 
@@ -36,7 +54,8 @@ BeaconRoute BeaconInputs::route() const {
 BeaconMachine::BeaconMachine(KeyPort& port, Keyer& keyer, MediaPlayer& player, Dialogs& dialogs,
                              const Texts& texts, BeaconHost host)
     : port_(port), keyer_(keyer), player_(player), dialogs_(dialogs), texts_(texts),
-      host_(std::move(host)), alive_(std::make_shared<std::atomic<bool>>(true)) {}
+      host_(std::move(host)), alive_(std::make_shared<std::atomic<bool>>(true)),
+      stopAsked_(std::make_shared<std::atomic<bool>>(false)) {}
 
 BeaconMachine::~BeaconMachine() {
     shutdown();
@@ -72,6 +91,7 @@ void BeaconMachine::mouseDown() {
         return;
     if (state_ == 1) {
         state_ = 2;
+        stopAsked_->store(true);
     } else if (state_ == 5) {
         state_ = 6;
         stop(BeaconTimer::Timer10);
@@ -85,29 +105,32 @@ void BeaconMachine::click() {
     // A closing file is being waited for: the button is disabled then.
     if (drain_ != Drain::None)
         return;
-    const BeaconShown shownBefore = shown_;
-    const int stateBefore = state_, countBefore = count_;
-    const bool armedBefore = loopArmed_;
+    handle([this] { pressSteps(); });
+}
+
+void BeaconMachine::handle(const std::function<void()>& handler) {
+    try {
+        handler();
+    } catch (const Cancelled&) {
+        faultReset();
+    } catch (const std::exception& e) { // a fault outside the steps: no step to retry
+        dialogs_.inform(texts_(10) + "\n" + e.what(), Icon::Critical);
+        faultReset();
+    }
+    notify();
+}
+
+void BeaconMachine::step(const std::function<void()>& statement) {
     for (;;) {
         try {
-            pressSteps();
-            notify();
+            statement();
             return;
         } catch (const std::exception& e) {
-            const Answer a = dialogs_.ask(texts_(10) + "\n" + e.what(), Buttons::RetryCancel,
-                                          Icon::Critical, Answer::Cancel);
-            if (a != Answer::Retry) {
-                faultReset();
-                notify();
-                return;
-            }
-            // Retry runs the press again from where it began.
-            stopPlayer(player_);
-            port_.ReleasePort();
-            shown_ = shownBefore;
-            state_ = stateBefore;
-            count_ = countBefore;
-            loopArmed_ = armedBefore;
+            // Only this step runs again: the port, the count and the
+            // captions stay as the steps before left them.
+            if (dialogs_.ask(texts_(10) + "\n" + e.what(), Buttons::RetryCancel, Icon::Critical,
+                             Answer::Cancel) != Answer::Retry)
+                throw Cancelled{};
         }
     }
 }
@@ -145,19 +168,7 @@ void BeaconMachine::pressSteps() {
     run_ = in;
     switch (route) {
     case BeaconRoute::Tone:
-        if (in.maxRounds) {
-            if (*in.maxRounds <= count_) {
-                stopSequence();
-                return;
-            }
-            state_ = 5;
-        }
-        ++count_;
-        if (!fileThere(in.bakeAudioCW))
-            return missingFile();
-        if (shown_.caption == BeaconCaption::Idle && !openPort(in.comCw, in.pinCwPtt))
-            return;
-        play(in);
+        toneRoute(in);
         return;
     case BeaconRoute::Voice:
         if (!fileThere(in.bakeAudioVoice))
@@ -170,6 +181,29 @@ void BeaconMachine::pressSteps() {
         keyedRoute(in);
         return;
     }
+}
+
+void BeaconMachine::toneRoute(const BeaconInputs& in) {
+    if (in.maxRounds) {
+        if (*in.maxRounds <= count_) {
+            stopSequence();
+            return;
+        }
+        state_ = 5;
+    }
+    ++count_;
+    if (!fileThere(in.bakeAudioCW))
+        return missingFile();
+    if (shown_.caption == BeaconCaption::Idle && !openPort(in.comCw, in.pinCwPtt))
+        return;
+    // A run that starts (not the next round of a repeat, whose PTT stands)
+    // puts its lines through the sequence once more.
+    if (shown_.caption != BeaconCaption::Pause)
+        step([&] {
+            if (!port_.SetUpLines(in.pinCwPtt))
+                throw LineFault(texts_(25) + "\nCOM " + std::to_string(in.comCw));
+        });
+    play(in);
 }
 
 void BeaconMachine::keyedRoute(const BeaconInputs& in) {
@@ -191,6 +225,7 @@ void BeaconMachine::keyedRoute(const BeaconInputs& in) {
     const double lead = previousDit_;
     const double dit = DitSeconds(in.wpm);
     previousDit_ = dit;
+    stopAsked_->store(false);
     shown_.caption = BeaconCaption::OnAir;
     start(BeaconTimer::Timer3, kFlashMs);
     if (in.repeat()) {
@@ -251,7 +286,7 @@ void BeaconMachine::stopSequence() {
 }
 
 void BeaconMachine::stopRest() {
-    stopPlayer(player_);
+    stopStep();
     port_.ReleasePort();
     shown_.buttonRed = false;
     shown_.caption = BeaconCaption::Idle;
@@ -270,18 +305,24 @@ void BeaconMachine::stopRest() {
 void BeaconMachine::startRound(const std::string& text, double lead, bool keepPort) {
     ++count_;
     Transmission t{text, run_.wpm, 0, keyLinesFor(run_.pinCw), lead, keepPort};
-    roundRunning_ = true;
+    // The rounds of a repeat fall away when the stop comes in their lead;
+    // the closing text always goes out.
+    if (state_ == 1)
+        t.holdBack = stopAsked_;
     auto alive = alive_;
     auto post = host_.post;
-    const bool started = keyer_.start(t, [this, alive, post](SendOutcome o) {
-        if (alive->load())
-            post([this, alive, o] {
-                if (alive->load())
-                    roundEnded(o);
-            });
+    bool started = false;
+    step([&] {
+        started = keyer_.start(t, [this, alive, post](SendOutcome o) {
+            if (alive->load())
+                post([this, alive, o] {
+                    if (alive->load())
+                        handle([this, o] { roundEnded(o); });
+                });
+        });
     });
+    roundRunning_ = started;
     if (!started) { // the CW window holds the keyer
-        roundRunning_ = false;
         single_ = Single::None;
         finishKeyed(false);
     }
@@ -294,14 +335,17 @@ void BeaconMachine::roundEnded(SendOutcome o) {
     if (byStop) { // Stop has already released the port and reset the button
         single_ = Single::None;
         port_.ReleasePort();
-        notify();
+        return;
+    }
+    if (o == SendOutcome::HeldBack) { // the stop came in the lead: the closing text follows
+        state_ = 3;
+        endBelow();
         return;
     }
     if (o != SendOutcome::Completed) { // the line failed; the keyer has released the port
         single_ = Single::None;
         dialogs_.inform(texts_(25) + "\nCOM " + std::to_string(run_.comCw), Icon::Critical);
         finishKeyed(false);
-        notify();
         return;
     }
     if (single_ != Single::None) {
@@ -313,7 +357,6 @@ void BeaconMachine::roundEnded(SendOutcome o) {
             single_ = Single::None;
             stopSequence();
         }
-        notify();
         return;
     }
     if (state_ == 3) {
@@ -323,11 +366,9 @@ void BeaconMachine::roundEnded(SendOutcome o) {
         state_ = 3;
     } else if (state_ == 1) {
         startRound(run_.bakeText, 7 * DitSeconds(run_.wpm), true);
-        notify();
         return;
     }
     endBelow();
-    notify();
 }
 
 void BeaconMachine::endBelow() {
@@ -362,48 +403,49 @@ void BeaconMachine::finishKeyed(bool mayLoop) {
 }
 
 void BeaconMachine::fire(BeaconTimer t) {
-    if (!timerOn(t))
-        return;
-    try {
-        switch (t) {
-        case BeaconTimer::Timer3:
-            shown_.buttonRed = !shown_.buttonRed;
-            if (!roundRunning_ && shown_.caption == BeaconCaption::Pause) {
-                ++pausedSeconds_;
-                shown_.label33 = FormatMillis(static_cast<long>(interval(BeaconTimer::Timer5)) -
-                                              static_cast<long>(kFlashMs) * pausedSeconds_);
-            }
-            break;
-        case BeaconTimer::Timer11:
-            shown_.picture14Visible = true;
-            shown_.picture14Red = !shown_.picture14Red;
-            break;
-        case BeaconTimer::Timer5:
-            stop(t);
-            if (host_.inputs().repeat()) {
-                loopArmed_ = false;
-                click();
-            }
-            break;
-        case BeaconTimer::Timer10:
-            stop(t);
-            if (state_ != 6 && host_.inputs().repeat()) {
-                loopArmed_ = false;
-                click();
-            }
-            break;
-        case BeaconTimer::Timer6:
-            watch();
-            break;
-        case BeaconTimer::Drain:
-            drain();
-            break;
+    if (timerOn(t))
+        handle([this, t] { timerEvent(t); });
+}
+
+void BeaconMachine::timerEvent(BeaconTimer t) {
+    switch (t) {
+    case BeaconTimer::Timer3:
+        shown_.buttonRed = !shown_.buttonRed;
+        if (!roundRunning_ && shown_.caption == BeaconCaption::Pause) {
+            ++pausedSeconds_;
+            shown_.label33 = FormatMillis(static_cast<long>(interval(BeaconTimer::Timer5)) -
+                                          static_cast<long>(kFlashMs) * pausedSeconds_);
         }
-    } catch (const std::exception& e) {
-        dialogs_.inform(texts_(10) + "\n" + e.what(), Icon::Critical);
-        faultReset();
+        break;
+    case BeaconTimer::Timer11:
+        shown_.picture14Visible = true;
+        shown_.picture14Red = !shown_.picture14Red;
+        break;
+    case BeaconTimer::Timer5:
+        stop(t);
+        if (host_.inputs().repeat()) {
+            loopArmed_ = false;
+            click();
+        }
+        break;
+    case BeaconTimer::Timer10:
+        stop(t);
+        if (state_ != 6 && host_.inputs().repeat()) {
+            loopArmed_ = false;
+            click();
+        }
+        break;
+    case BeaconTimer::Timer6:
+        watch();
+        break;
+    case BeaconTimer::Drain:
+        drain();
+        break;
     }
-    notify();
+}
+
+void BeaconMachine::stopStep() {
+    step([this] { stopPlayer(player_); });
 }
 
 void BeaconMachine::faultReset() {
@@ -415,7 +457,10 @@ void BeaconMachine::faultReset() {
     port_.ReleasePort();
     host_.focus();
     shown_.picture8Enabled = true;
-    stopPlayer(player_);
+    stopQuietly(player_);
+    // The player is closed: nothing is left to watch, and a player that
+    // fails would otherwise bring the error box back every 100 ms.
+    stop(BeaconTimer::Timer6);
     drain_ = Drain::None;
     stop(BeaconTimer::Drain);
     shown_.buttonEnabled = true;
@@ -431,7 +476,7 @@ void BeaconMachine::shutdown() {
         keyer_.wait();
         roundRunning_ = false;
     }
-    stopPlayer(player_);
+    stopQuietly(player_);
     port_.ReleasePort();
     shown_ = BeaconShown{};
     state_ = 0;

@@ -111,7 +111,7 @@ public:
     // Mouse-down on the button, before its click.
     void mouseDown();
     // The click, as `Timer5`, `Timer10` and the keys do it. A fault shows
-    // the error box; retry presses again, cancel resets the lines.
+    // the error box; retry runs the failed step again, cancel resets the lines.
     void click();
     void fire(BeaconTimer t);
     // The window closes: the round stops, the player stops, the port is released.
@@ -148,7 +148,14 @@ private:
         host_.changed();
     }
 
+    // Runs one handler; a step given up with cancel ends it with the reset
+    // of a fault.
+    void handle(const std::function<void()>& handler);
+    // One step of a handler that may fail: the error box with text 10 and
+    // the fault, retry runs the step again, cancel gives the handler up.
+    void step(const std::function<void()>& statement);
     void pressSteps();
+    void toneRoute(const BeaconInputs& in);
     void keyedRoute(const BeaconInputs& in);
     bool openPort(int com, long long ptt);
     void missingFile();
@@ -159,6 +166,9 @@ private:
     void roundEnded(SendOutcome o);
     void endBelow();
     void finishKeyed(bool mayLoop);
+    void timerEvent(BeaconTimer t);
+    void playStep(const std::filesystem::path& file);
+    void stopStep();
     void watch();
     void watchRest();
     void drain();
@@ -188,6 +198,9 @@ private:
     Drain drain_ = Drain::None;
     AfterDrain afterDrain_ = AfterDrain::Stop;
     std::shared_ptr<std::atomic<bool>> alive_;
+    // Mouse-down in a keyed repeat, read by the keyer when the lead of the
+    // next round has passed: that round then does not go out.
+    std::shared_ptr<std::atomic<bool>> stopAsked_;
 };
 
 // `Label33`'s prompt: an empty answer leaves all as it is (nothing), a value

@@ -22,22 +22,26 @@ void BeaconMachine::play(const BeaconInputs& in) {
         start(BeaconTimer::Timer3, kFlashMs);
     if (!in.repeat()) {
         pausedSeconds_ = 0;
-        length_ = playFile(player_, file);
+        playStep(file);
         start(BeaconTimer::Timer6, kWatchMs);
     } else {
         if (loopArmed_) // a press in the voice pause means stop
             return stopSequence();
-        stopPlayer(player_);
+        stopStep();
         if (in.route() == BeaconRoute::Tone && !port_.isOpen()) {
             shown_.combo3Enabled = true;
             count_ = 0;
             return;
         }
-        length_ = playFile(player_, file);
+        playStep(file);
         start(BeaconTimer::Timer6, kWatchMs);
         loopArmed_ = true;
     }
     host_.focus();
+}
+
+void BeaconMachine::playStep(const std::filesystem::path& file) {
+    step([&] { length_ = playFile(player_, file); });
 }
 
 void BeaconMachine::watch() {
@@ -56,8 +60,10 @@ void BeaconMachine::watch() {
         state_ = 0;
         return;
     }
-    shown_.label33 = FormatMillis(length_ - player_.position());
-    if (!playerAtEnd(player_, length_))
+    long pos = 0;
+    step([&] { pos = player_.position(); });
+    shown_.label33 = FormatMillis(length_ - pos);
+    if (pos < length_)
         return;
     const BeaconInputs in = host_.inputs();
     if (!in.repeat()) {
@@ -65,7 +71,7 @@ void BeaconMachine::watch() {
         shown_.combo3Enabled = true;
     } else if (in.route() == BeaconRoute::Tone) {
         // The port stays open: the next round follows at once.
-        stopPlayer(player_);
+        stopStep();
         loopArmed_ = false;
         shown_.caption = BeaconCaption::Pause;
         click();
@@ -84,9 +90,9 @@ void BeaconMachine::watch() {
     shown_.buttonEnabled = false;
     stop(BeaconTimer::Timer6);
     host_.focus();
-    stopPlayer(player_);
+    stopStep();
     if (in.route() != BeaconRoute::Voice && fileThere(in.cwEndFile)) {
-        length_ = playFile(player_, in.cwEndFile);
+        playStep(in.cwEndFile);
         drain_ = Drain::EndFile;
         afterDrain_ = AfterDrain::Watch;
         start(BeaconTimer::Drain, kWatchMs);
@@ -97,7 +103,7 @@ void BeaconMachine::watch() {
 
 void BeaconMachine::watchRest() {
     port_.ReleasePort();
-    stopPlayer(player_);
+    stopStep();
     pausedSeconds_ = 0;
     if (!timerOn(BeaconTimer::Timer5)) { // no pause follows
         shown_.picture8Enabled = true;
@@ -110,16 +116,16 @@ void BeaconMachine::watchRest() {
 }
 
 void BeaconMachine::drain() {
+    long pos = 0;
+    step([&] { pos = player_.position(); });
     if (drain_ == Drain::RunningFile) {
-        const long pos = player_.position();
         if (pos != 0 && pos < length_)
             return;
-        stopPlayer(player_);
-        length_ = playFile(player_, run_.cwEndFile);
+        playStep(run_.cwEndFile);
         drain_ = Drain::EndFile;
         return;
     }
-    if (!playerAtEnd(player_, length_))
+    if (pos < length_)
         return;
     stop(BeaconTimer::Drain);
     drain_ = Drain::None;

@@ -46,6 +46,16 @@ Status KeyPort::OpenAndKeyPort(int port, long long pttLine) {
     return okStatus();
 }
 
+bool KeyPort::SetUpLines(long long pttLine) {
+    std::lock_guard lock(mutex_);
+    if (!open_)
+        return false;
+    for (LineCode c : {CLRDTR, CLRRTS, CLRBREAK, setCodeOf(pttLine)})
+        if (!device_.escape(c))
+            return false;
+    return true;
+}
+
 void KeyPort::ReleasePort() {
     std::lock_guard lock(mutex_);
     if (!open_)

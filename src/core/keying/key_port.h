@@ -63,6 +63,10 @@ public:
     // the PTT line. Refused with text 25 and "COM n" when the device cannot
     // be opened (or another transmission holds the port); nothing changes then.
     Status OpenAndKeyPort(int port, long long pttLine);
+    // The same line sequence on the port already open: DTR, RTS and break
+    // cleared, the PTT line raised. False when none is open or the device
+    // no longer answers; it stops at the first operation that fails.
+    bool SetUpLines(long long pttLine);
     // Clears DTR, RTS and break in that order and closes; harmless when closed.
     void ReleasePort();
     // A line operation on the open port; false when none is open or the

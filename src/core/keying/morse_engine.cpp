@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <ctime>
+#include <pthread.h>
+#include <sched.h>
 
 #include "core/keying/morse_table.h"
 
@@ -50,6 +52,18 @@ private:
     double slice_, spin_;
 };
 
+// The keyer's edges must not wait behind the window thread or other programs
+// on a busy machine: a thread of normal priority wakes from its sleep up to
+// several milliseconds late there. A real-time priority is asked for where the
+// user may have one (root, RLIMIT_RTPRIO, e.g. the audio group's limits);
+// elsewhere the thread keys at normal priority. The thread only ever spins for
+// the short stretch before an edge, so it cannot hold a core.
+bool raiseToRealtime() {
+    sched_param p{};
+    p.sched_priority = std::max(sched_get_priority_min(SCHED_FIFO), 10);
+    return pthread_setschedparam(pthread_self(), SCHED_FIFO, &p) == 0;
+}
+
 } // namespace
 
 double SteadyClock::now() {
@@ -90,6 +104,8 @@ SendOutcome sendMorse(const Transmission& t, double t0, KeyPort& port, Monotonic
 
     if (!wait.until(t0 + static_cast<double>(units) * dit))
         return SendOutcome::Stopped;
+    if (t.holdBack && t.holdBack->load())
+        return SendOutcome::HeldBack;
     const std::string& s = t.ansiText;
     for (std::size_t i = 0; i < s.size(); ++i) {
         const auto c = static_cast<unsigned char>(s[i]);
@@ -134,6 +150,11 @@ void Keyer::setAbortCheck(std::function<bool()> check) {
     abortCheck_ = std::move(check);
 }
 
+void Keyer::setStartObserver(std::function<void(const Transmission&, double)> observer) {
+    std::lock_guard lock(checkMutex_);
+    startObserver_ = std::move(observer);
+}
+
 bool Keyer::start(Transmission t, std::function<void(SendOutcome)> done) {
     if (busy_.exchange(true))
         return false;
@@ -141,17 +162,23 @@ bool Keyer::start(Transmission t, std::function<void(SendOutcome)> done) {
         thread_.join();
     stop_ = false;
     std::function<bool()> extra;
+    std::function<void(const Transmission&, double)> observer;
     {
         std::lock_guard lock(checkMutex_);
         extra = abortCheck_;
+        observer = startObserver_;
     }
     const double t0 = clock_.now();
+    if (observer)
+        observer(t, t0);
     thread_ = std::thread([this, t = std::move(t), done = std::move(done), extra, t0] {
+        realtime_ = wantRealtime_ && raiseToRealtime();
         const std::function<bool()> stop = [this, &extra] {
             return stop_.load(std::memory_order_relaxed) || (extra && extra());
         };
         const SendOutcome outcome = sendMorse(t, t0, port_, clock_, stop, timing_);
-        if (!t.keepPort || outcome != SendOutcome::Completed)
+        const bool clean = outcome == SendOutcome::Completed || outcome == SendOutcome::HeldBack;
+        if (!t.keepPort || !clean)
             port_.ReleasePort();
         busy_ = false;
         if (done)

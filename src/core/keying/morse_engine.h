@@ -2,6 +2,7 @@
 
 #include <atomic>
 #include <functional>
+#include <memory>
 #include <mutex>
 #include <string>
 #include <thread>
@@ -38,7 +39,9 @@ struct KeyerTiming {
     double spinSeconds = 0.0004;
 };
 
-enum class SendOutcome { Completed, Stopped, LineFailed };
+// HeldBack: the text was not keyed at all, because `holdBack` was set when its
+// lead had passed; the port stays as a completed text leaves it.
+enum class SendOutcome { Completed, Stopped, LineFailed, HeldBack };
 
 // One text to key: ANSI characters of the Morse table only.
 struct Transmission {
@@ -53,6 +56,10 @@ struct Transmission {
     // The port stays open and PTT up after a completed text, for a round that
     // follows; a stopped or failed text always releases it.
     bool keepPort = false;
+    // Read once when the lead has passed, before the first element: when set,
+    // nothing of the text goes out. The beacon's stop asked in the gap before
+    // a round lets the round fall away, not the round in progress.
+    std::shared_ptr<const std::atomic<bool>> holdBack{};
 };
 
 // Keys a text on the calling thread from t0 on (the time PTT went up): every
@@ -81,6 +88,14 @@ public:
     void wait();
     // A further reason to stop, read with the stop flag (the beacon's state).
     void setAbortCheck(std::function<bool()> check);
+    // Told on the starting thread, before the keyer thread runs, of each
+    // transmission and the time its schedule counts from: for measuring each
+    // edge against its ideal time.
+    void setStartObserver(std::function<void(const Transmission&, double t0)> observer);
+    // The keyer thread asks for a real-time priority unless told not to;
+    // realtime() tells whether the last transmission's thread got it.
+    void setRealtimeWanted(bool wanted) { wantRealtime_ = wanted; }
+    bool realtime() const { return realtime_.load(); }
 
 private:
     KeyPort& port_;
@@ -89,8 +104,11 @@ private:
     std::thread thread_;
     std::atomic<bool> stop_{false};
     std::atomic<bool> busy_{false};
+    std::atomic<bool> wantRealtime_{true};
+    std::atomic<bool> realtime_{false};
     std::mutex checkMutex_;
     std::function<bool()> abortCheck_;
+    std::function<void(const Transmission&, double)> startObserver_;
 };
 
 } // namespace orv::keying

@@ -23,8 +23,10 @@ namespace orv::test {
 class FakePlayer final : public keying::MediaPlayer {
 public:
     void open(const std::filesystem::path& p) override {
-        if (throwOnOpen)
+        if (failOpens > 0) {
+            --failOpens;
             throw std::runtime_error("sound device gone");
+        }
         file = p.filename().string();
         log.push_back("open " + file);
         pos = 0;
@@ -35,13 +37,18 @@ public:
         file.clear();
         pos = 0;
     }
-    long position() override { return pos; }
+    long position() override {
+        if (failPosition)
+            throw std::runtime_error("sound device gone");
+        return pos;
+    }
     long length() override { return file.empty() ? 0 : 3000; }
     void finish() { pos = length(); }
 
     std::string file;
     long pos = 0;
-    bool throwOnOpen = false;
+    int failOpens = 0; // opens that throw before one succeeds
+    bool failPosition = false;
     std::vector<std::string> log;
 };
 

@@ -50,7 +50,8 @@ public:
         return !refuseOpen;
     }
     bool escape(keying::LineCode code) override {
-        if (failAfter >= 0 && escapes++ >= failAfter)
+        const int n = escapes++;
+        if (failAfter >= 0 && n >= failAfter && (failCount < 0 || n < failAfter + failCount))
             return false;
         calls.push_back({std::to_string(static_cast<int>(code)), clock_.now()});
         return true;
@@ -68,6 +69,7 @@ public:
     std::vector<Call> calls;
     bool refuseOpen = false;
     int failAfter = -1; // escapes that succeed before the device is gone
+    int failCount = -1; // escapes that fail then before it answers again; -1: all
     int escapes = 0;
     bool pulled = false; // the device no longer answers a look at its lines
 

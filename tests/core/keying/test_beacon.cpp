@@ -211,10 +211,14 @@ TEST(Beacon, toneRepeatHoldsPttAndEndsWithTheClosingFile) {
     r.file("CWEnd.wav");
     r.beacon->press();
     EXPECT_EQ(r.beacon->bakeState(), 5);
-    EXPECT_EQ(r.line.calls.front().op, "open COM2");
+    // A run's start puts the lines through their sequence twice; the next
+    // round, with PTT standing, leaves them alone.
+    const std::vector<std::string> start{"open COM2", "6", "4", "9", "3", "6", "4", "9", "3"};
+    EXPECT_EQ(r.line.ops(), start);
     r.player.finish();
     r.advance(100);
     EXPECT_EQ(r.beacon->count(), 2);
+    EXPECT_EQ(r.line.ops(), start);
     EXPECT_TRUE(r.port.isOpen());
     EXPECT_EQ(r.ops("close"), 0); // PTT stays up between tone rounds
     r.player.finish();
@@ -326,20 +330,30 @@ TEST(Beacon, everyWayOutReleasesThePort) {
          [](BeaconRig& r) {
              r.in.mode = "SSB";
              r.in.bakeAudioVoice = r.file("voice.wav");
-             r.player.throwOnOpen = true;
+             r.player.failOpens = 1;
              r.beacon->press();
              ASSERT_EQ(r.dialogs.asked.size(), 1u);
              EXPECT_EQ(r.dialogs.asked[0], r.texts(10) + "\nsound device gone");
          }},
-        {"fault in the press, retried",
+        {"fault while the tone file plays, cancelled",
          [](BeaconRig& r) {
-             r.in.mode = "SSB";
-             r.in.bakeAudioVoice = r.file("voice.wav");
-             r.player.throwOnOpen = true;
-             r.dialogs.answers = {Answer::Retry, Answer::Cancel};
+             r.in.cwInterface = 1;
+             r.in.bakeAudioCW = r.file("tone.wav");
              r.beacon->press();
-             EXPECT_EQ(r.dialogs.asked.size(), 2u);
-             EXPECT_EQ(r.ops("open"), 2);
+             r.player.failPosition = true;
+             r.advance(1000);
+             ASSERT_EQ(r.dialogs.asked.size(), 1u); // asked once, not at each look
+             EXPECT_EQ(r.dialogs.asked[0], r.texts(10) + "\nsound device gone");
+             EXPECT_TRUE(r.player.file.empty());
+         }},
+        {"tone lines fail when set up anew, cancelled",
+         [](BeaconRig& r) {
+             r.in.cwInterface = 1;
+             r.in.bakeAudioCW = r.file("tone.wav");
+             r.line.failAfter = 4; // the port opens, its lines then fail
+             r.beacon->press();
+             EXPECT_EQ(r.dialogs.asked.size(), 1u);
+             EXPECT_TRUE(r.player.log.empty());
          }},
     };
     for (const auto& c : cases) {
@@ -350,6 +364,97 @@ TEST(Beacon, everyWayOutReleasesThePort) {
         EXPECT_EQ(r.line.calls.back().op, "close");
         EXPECT_TRUE(r.beacon->shown().buttonEnabled);
         EXPECT_TRUE(r.beacon->shown().combo3Enabled);
+    }
+}
+
+// Retry after a fault runs the failed step again, not the whole press: the
+// port is opened once and the round is counted once.
+TEST(Beacon, retryRunsTheFailedStepOnly) {
+    struct Case {
+        const char* name;
+        std::function<void(BeaconRig&)> setUp;
+        std::function<std::string(BeaconRig&)> fault;
+        std::vector<std::string> lines;
+        std::vector<std::string> played;
+    };
+    const Case cases[] = {
+        {"voice file fails to open",
+         [](BeaconRig& r) {
+             r.in.mode = "SSB";
+             r.in.bakeAudioVoice = r.file("voice.wav");
+             r.player.failOpens = 1;
+         },
+         [](BeaconRig&) { return std::string("sound device gone"); },
+         {"open COM1", "6", "4", "9", "8"},
+         {"open voice.wav"}},
+        {"tone lines fail when set up anew",
+         [](BeaconRig& r) {
+             r.in.cwInterface = 1;
+             r.in.maxRounds = 3;
+             r.in.bakeAudioCW = r.file("tone.wav");
+             r.line.failAfter = 4;
+             r.line.failCount = 1;
+         },
+         [](BeaconRig& r) { return r.texts(25) + "\nCOM 2"; },
+         {"open COM2", "6", "4", "9", "3", "6", "4", "9", "3"},
+         {"open tone.wav"}},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.name);
+        BeaconRig r;
+        c.setUp(r);
+        r.dialogs.answers = {Answer::Retry};
+        r.beacon->press();
+        ASSERT_EQ(r.dialogs.asked.size(), 1u);
+        EXPECT_EQ(r.dialogs.asked[0], r.texts(10) + "\n" + c.fault(r));
+        EXPECT_EQ(r.line.ops(), c.lines);
+        EXPECT_EQ(r.player.log, c.played);
+        EXPECT_EQ(r.beacon->state(), BeaconCaption::OnAir);
+        EXPECT_EQ(r.beacon->count(), r.in.cwInterface == 1 ? 1 : 0);
+        EXPECT_TRUE(r.port.isOpen());
+        r.beacon->press();
+        r.advance(100);
+        EXPECT_EQ(r.beacon->state(), BeaconCaption::Idle);
+        EXPECT_FALSE(r.port.isOpen());
+    }
+}
+
+// A stop asked in the 7 units before a round lets that round fall away; asked
+// in a round, the round goes out. The closing text follows 7 units after the
+// point where the next round would have begun, and a stop is no maximum: no
+// loop pause follows.
+TEST(Beacon, stopBetweenRoundsSendsNoFurtherRound) {
+    struct Case {
+        const char* name;
+        double at;        // seconds after the press; "E" at 12 WPM goes out 0.7-0.8
+        int textRounds;   // rounds of the beacon text that went out
+        double closingAt; // key-down of the closing "T"
+    };
+    const Case cases[] = {
+        {"in the lead of the first round", 0.3, 0, 1.4},
+        {"in a round", 0.75, 1, 1.5},
+        {"in the gap before the second round", 1.2, 1, 2.2},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.name);
+        BeaconRig r;
+        r.in.maxRounds = 2;
+        r.in.cwLoop = true;
+        r.clock.atTime = c.at;
+        r.clock.at = [&r] { r.beacon->mouseDown(); };
+        r.beacon->press();
+        r.settle();
+        std::vector<double> downs;
+        for (const auto& call : r.line.calls)
+            if (call.op == "5")
+                downs.push_back(call.t);
+        ASSERT_EQ(downs.size(), static_cast<std::size_t>(c.textRounds + 1));
+        EXPECT_NEAR(downs.back(), c.closingAt, 1e-3);
+        EXPECT_EQ(r.ops("open"), 1);
+        EXPECT_FALSE(r.port.isOpen());
+        EXPECT_EQ(r.beacon->state(), BeaconCaption::Idle);
+        EXPECT_EQ(r.beacon->count(), 0);
+        EXPECT_FALSE(r.beacon->timerOn(BeaconTimer::Timer10));
     }
 }
 

@@ -125,10 +125,12 @@ TEST(KeyPort, OpensClearsRaisesPttAndReleasesInTheOrderOfLineCodes) {
     const auto busy = rig.port.OpenAndKeyPort(3, 2);
     ASSERT_FALSE(busy.ok());
     EXPECT_EQ(busy.failure().text, 25);
+    EXPECT_TRUE(rig.port.SetUpLines(1)); // the lines anew on the open port
     rig.port.ReleasePort();
     rig.port.ReleasePort(); // harmless when closed
+    EXPECT_FALSE(rig.port.SetUpLines(1));
     EXPECT_EQ(rig.line.ops(), (std::vector<std::string>{"open /dev/test3", "6", "4", "9", "8", "6",
-                                                        "4", "9", "close"}));
+                                                        "4", "9", "3", "6", "4", "9", "close"}));
 
     rig.line.refuseOpen = true;
     const auto refused = rig.port.OpenAndKeyPort(4, 0);
