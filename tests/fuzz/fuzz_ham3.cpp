@@ -30,27 +30,31 @@ struct FixedClock final : Clock {
     DateTime now() const override { return DateTime{2026, 5, 2, 14, 30, 0}; }
 };
 
-const std::filesystem::path& logTemplate() {
-    static const std::filesystem::path dir = [] {
+// The bytes of the log, made once. Each run writes them anew: a file
+// system copy can fail with EINTR under libFuzzer's timer signal.
+const std::string& logTemplate() {
+    static const std::string bytes = [] {
         const auto d = fuzz::workDir() / "log-template";
         std::filesystem::create_directories(d);
-        ContestLog log =
-            ContestLog::create(d / "Test.sqlite", NewLogData{"OE1ABC", "JN78DF", "Fuzz", {}});
-        QsoRow q;
-        q.call = "DL1ABC";
-        q.locator = "JN58TD";
-        q.qrg = 432;
-        q.datTime = DateTime{2026, 5, 2, 12, 0, 0};
-        q.rstGeg = "59";
-        q.rstErh = "59001";
-        q.qsoNr = 1;
-        q.qrb = 300;
-        BandTotals t = log.totals(k432);
-        t.pGesamt = 300;
-        log.addQso(k432, q, t);
-        return d;
+        {
+            ContestLog log =
+                ContestLog::create(d / "Test.sqlite", NewLogData{"OE1ABC", "JN78DF", "Fuzz", {}});
+            QsoRow q;
+            q.call = "DL1ABC";
+            q.locator = "JN58TD";
+            q.qrg = 432;
+            q.datTime = DateTime{2026, 5, 2, 12, 0, 0};
+            q.rstGeg = "59";
+            q.rstErh = "59001";
+            q.qsoNr = 1;
+            q.qrb = 300;
+            BandTotals t = log.totals(k432);
+            t.pGesamt = 300;
+            log.addQso(k432, q, t);
+        } // closed: one file without a journal
+        return fuzz::bytesOf(d / "Test.sqlite");
     }();
-    return dir;
+    return bytes;
 }
 
 std::size_t rowCount(ContestLog& log) {
@@ -77,7 +81,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
 
     const auto dir = fuzz::workDir() / "log";
     std::filesystem::remove_all(dir);
-    std::filesystem::copy(logTemplate(), dir, std::filesystem::copy_options::recursive);
+    std::filesystem::create_directories(dir);
+    fuzz::writeBytes(dir / "Test.sqlite", logTemplate());
     auto opened = ContestLog::open(dir / "Test.sqlite");
     FUZZ_CHECK(opened.ok(), "the log copy does not open");
     ContestLog& log = opened.value();
