@@ -3,6 +3,8 @@
 // answers of the message boxes and the choosers given by the test.
 #include <QAction>
 #include <QListWidget>
+#include <QPrintPreviewDialog>
+#include <QPrintPreviewWidget>
 #include <QPrinter>
 #include <QTest>
 #include <cstdio>
@@ -203,6 +205,15 @@ private slots:
             QVERIFY(t.find("Seite 2 von 2") != std::string::npos);
             QVERIFY(t.find("Score:") != std::string::npos);
         }
+        // The preview lays out the same two pages.
+        int previewPages = -1;
+        orv::ui::PrintHooks::preview = [&](QPrintPreviewDialog& d) {
+            auto* pw = d.findChild<QPrintPreviewWidget*>();
+            pw->updatePreview();
+            previewPages = pw->pageCount();
+        };
+        e.previewLog();
+        QCOMPARE(previewPages, 2);
     }
 };
 
