@@ -7,6 +7,7 @@
 #include <QHBoxLayout>
 #include <QHeaderView>
 #include <QLabel>
+#include <QMenu>
 #include <QPushButton>
 #include <QTableWidget>
 #include <QVBoxLayout>
@@ -189,8 +190,19 @@ void EvaluationWindow::buildUi() {
     };
     button("Command1", q(texts_(86)), [this] { evaluate(); });
     button("Command2", "EDI-Export", [this] { openEdi(); });
-    // Printing lays the grids out on pages; the program has no printout yet.
-    button("Command3", q(texts_(98)), [] {})->setEnabled(false);
+    // Printing offers the print dialog, the preview and a PDF file.
+    auto* print = button("Command3", q(texts_(98)), [] {});
+    auto* printMenu = new QMenu(print);
+    printMenu->setObjectName("MnDrucken");
+    auto printEntry = [&](const char* name, int text, void (EvaluationWindow::*slot)()) {
+        QAction* a = printMenu->addAction(q(texts_(text)));
+        a->setObjectName(name);
+        connect(a, &QAction::triggered, this, slot);
+    };
+    printEntry("MnDruckenDrucken", 1165, &EvaluationWindow::printLog);
+    printEntry("MnDruckenVorschau", 1166, &EvaluationWindow::previewLog);
+    printEntry("MnDruckenPDF", 1167, &EvaluationWindow::savePdf);
+    print->setMenu(printMenu);
     button("Command4", q(texts_(181)), [this] { exportText(); });
     button("Command5", q(texts_(94)), [this] { exportAdif(); });
     button("Command7", "QRG", [this] { qrgPanel_->open(); });

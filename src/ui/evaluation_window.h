@@ -70,6 +70,12 @@ public:
     void openEdi();
     void exportAdif();
     void exportText();
+    // `Command3`: the evaluated band's printout, printed, previewed or saved
+    // as a PDF (the same file as `orvanta-tool print`). Without an
+    // evaluation IText(1170) is shown.
+    void printLog();
+    void previewLog();
+    void savePdf();
 
 protected:
     void closeEvent(QCloseEvent* event) override;

@@ -1,6 +1,7 @@
 #include "ui/features.h"
 
 #include "ui/backup_binding.h"
+#include "ui/import_menus.h"
 #include "ui/main_window.h"
 #include "ui/reference_menus.h"
 #include "ui/startup.h"
@@ -13,6 +14,7 @@ void installFeatures(Startup& startup) {
     installSubmissionMenus(startup);
     installReferenceMenus(startup);
     installStationLogMenu(startup);
+    installImportMenus(startup);
     new BackupBinding(startup, startup.window());
 }
 

@@ -451,6 +451,10 @@ void MainWindow::restartClock() {
     entry_->startClock();
 }
 
+void MainWindow::stopClock() {
+    entry_->stopClock();
+}
+
 void MainWindow::tickClock() {
     entry_->tickClock();
 }

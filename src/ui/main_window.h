@@ -156,6 +156,8 @@ public:
     void clearEntryLine(bool reportFiftyNine = false);
     // `Timer1` runs again (a commit refused as a duplicate).
     void restartClock();
+    // `Timer1` stops, so that the time is taken from the field (an import).
+    void stopClock();
     // F8 and F9, a click on the lookup list and its menu: the list's row
     // goes into the entry row or the correction line. `byKey` is F8/F9,
     // whose duplicate test needs a QSO in the band.
