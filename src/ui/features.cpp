@@ -2,6 +2,7 @@
 
 #include "ui/backup_binding.h"
 #include "ui/main_window.h"
+#include "ui/options/options_menu.h"
 #include "ui/reference_menus.h"
 #include "ui/startup.h"
 #include "ui/stationlog/station_log_menu.h"
@@ -14,6 +15,7 @@ void installFeatures(Startup& startup) {
     installReferenceMenus(startup);
     installStationLogMenu(startup);
     new BackupBinding(startup, startup.window());
+    installOptionsMenu(startup);
 }
 
 } // namespace orv::ui
