@@ -139,8 +139,9 @@ void ContestPage::addDef() {
 }
 
 void ContestPage::changeDef() {
-    const int at = name_->findText(name_->itemText(name_->currentIndex()));
-    if (name_->currentIndex() < 0 || at < 0)
+    // The definition chosen last; the name in the box may be its new one.
+    const int at = name_->currentIndex();
+    if (at < 0 || at >= static_cast<int>(defs_.size()))
         return;
     const auto d = typed(at);
     if (!d) {
