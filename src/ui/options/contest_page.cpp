@@ -32,9 +32,10 @@ ContestPage::ContestPage(OptionsContext& ctx, std::optional<ContestData> open, Q
         weights_[b] = new QLineEdit(this);
         weights_[b]->setObjectName(QString("C%1").arg(b));
         weights_[b]->setMaxLength(5);
+        // The band buttons' captions ("2 m"), as the table of bands keeps them.
         const QString band =
-            QString::fromUtf8(kBands[b].boxText.data(), static_cast<int>(kBands[b].boxText.size()));
-        grid->addWidget(new QLabel(band + " MHz", this), b % 5, (b / 5) * 2);
+            QString::fromUtf8(kBands[b].caption.data(), static_cast<int>(kBands[b].caption.size()));
+        grid->addWidget(new QLabel(band, this), b % 5, (b / 5) * 2);
         grid->addWidget(weights_[b], b % 5, (b / 5) * 2 + 1);
     }
     layout->addLayout(grid);
