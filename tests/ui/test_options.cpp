@@ -16,6 +16,7 @@
 #include <csignal>
 #include <sys/resource.h>
 
+#include "core/capture/capture.h"
 #include "core/keying/cw_settings.h"
 #include "core/keying/tone_file.h"
 #include "core/util/file_io.h"
@@ -257,6 +258,8 @@ private slots:
         QCOMPARE(w->findChild<QComboBox*>("Combo3")->findText("ft8"), 2);
         QVERIFY(w->findChild<QComboBox*>("Combo6")->findText("ES") >= 0);
         QVERIFY(w->findChild<QAction*>("MnSichern")->isChecked());
+        QCOMPARE(app->capture()->config().zeitPlusMinus, -2);
+        QVERIFY(app->capture()->config().antenneKomma);
 
         // A stored port that is not there now stays stored, and is not offered.
         menu()->ports = [] { return std::vector<ui::PortOffer>{}; };
