@@ -4,22 +4,27 @@
 #include <fcntl.h>
 #include <filesystem>
 #include <set>
+#include <sys/file.h>
 #include <sys/ioctl.h>
 #include <termios.h>
 #include <unistd.h>
 
 namespace orv::platform {
-namespace {
 
-bool opens(const std::string& path) {
+bool serialPortFree(const std::string& path) {
     const int fd = ::open(path.c_str(), O_RDWR | O_NOCTTY | O_NONBLOCK | O_CLOEXEC);
     if (fd < 0)
         return false;
+    // Root opens a port that another program holds exclusively (TIOCEXCL, as
+    // Qt's serial port and other radio programs take it), so ask for it; a
+    // lock that another program holds on the device counts as busy too.
+    int exclusive = 0;
+    bool free = !(::ioctl(fd, TIOCGEXCL, &exclusive) == 0 && exclusive != 0);
+    if (free && ::flock(fd, LOCK_EX | LOCK_NB) != 0)
+        free = false;
     ::close(fd);
-    return true;
+    return free;
 }
-
-} // namespace
 
 SerialKeyLine::~SerialKeyLine() {
     close();
@@ -82,7 +87,7 @@ std::vector<SerialDevice> availableSerialDevices() {
     std::vector<SerialDevice> out;
     std::set<std::string> seen;
     auto add = [&](const std::string& path, const std::string& description) {
-        if (seen.insert(path).second && opens(path))
+        if (seen.insert(path).second && serialPortFree(path))
             out.push_back({path, description});
     };
     std::error_code ec;

@@ -27,7 +27,11 @@ struct SerialDevice {
     std::string description; // how the user recognises it
 };
 
-// The serial devices that open now, with their descriptions: the ports Qt
+// Whether the device opens and no other program holds it (exclusive use or
+// a lock on the device).
+bool serialPortFree(const std::string& path);
+
+// The serial devices that are free now, with their descriptions: the ports Qt
 // knows and the stable names under /dev/serial/by-id.
 std::vector<SerialDevice> availableSerialDevices();
 

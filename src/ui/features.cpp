@@ -3,6 +3,7 @@
 #include "ui/backup_binding.h"
 #include "ui/import_menus.h"
 #include "ui/main_window.h"
+#include "ui/options/options_menu.h"
 #include "ui/reference_menus.h"
 #include "ui/startup.h"
 #include "ui/stationlog/station_log_menu.h"
@@ -16,6 +17,7 @@ void installFeatures(Startup& startup) {
     installStationLogMenu(startup);
     installImportMenus(startup);
     new BackupBinding(startup, startup.window());
+    installOptionsMenu(startup);
 }
 
 } // namespace orv::ui

@@ -35,6 +35,10 @@ public:
     // The beacon button `BakeEinAus`. Until the beacon is wired here the
     // commands see an idle beacon ("Bake Ein") whose press does nothing.
     void setBeacon(remote::BeaconPort& beacon);
+    // The publishing keys anew, after the options were saved.
+    void reloadPublishKeys(const Settings& settings) {
+        publishKeys_ = remote::readPublishKeys(settings);
+    }
 
     platform::RemoteServer& server() { return *server_; }
     const remote::Link& link() const { return *link_; }

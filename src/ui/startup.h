@@ -58,6 +58,8 @@ public:
     // The open log and its capture; null before a log is open.
     ContestLog* log() { return log_ ? &log_->log : nullptr; }
     Capture* capture() { return capture_.get(); }
+    // The contest of the open log, saved into it on closing; null before.
+    ContestData* contest() { return log_ ? &log_->contest : nullptr; }
 
     CaptureBinding* binding() { return binding_; }
     // The file name of the open log, with its ending.

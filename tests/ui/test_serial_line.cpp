@@ -1,6 +1,9 @@
 // The serial key line on a real UART when the machine has one (/dev/ttyS0),
 // read back through the port's modem-control status.
 #include <QtTest>
+#include <cstdlib>
+#include <fcntl.h>
+#include <sys/file.h>
 #include <sys/ioctl.h>
 #include <unistd.h>
 
@@ -26,6 +29,28 @@ private slots:
         QVERIFY(!r.ok());
         QCOMPARE(r.failure().text, 25);
         QCOMPARE(QString::fromStdString(r.failure().detail), QString("COM 7"));
+    }
+
+    // A port that another program holds is not offered: one it uses
+    // exclusively, or one it has locked. A pseudo-terminal stands in for it.
+    void aPortInUseIsNotFree() {
+        const int master = ::posix_openpt(O_RDWR | O_NOCTTY);
+        QVERIFY(master >= 0);
+        QVERIFY(::grantpt(master) == 0 && ::unlockpt(master) == 0);
+        const std::string slave = ::ptsname(master);
+        const int held = ::open(slave.c_str(), O_RDWR | O_NOCTTY);
+        QVERIFY(held >= 0);
+        QVERIFY(platform::serialPortFree(slave));
+        QVERIFY(::ioctl(held, TIOCEXCL) == 0);
+        QVERIFY(!platform::serialPortFree(slave));
+        QVERIFY(::ioctl(held, TIOCNXCL) == 0);
+        QVERIFY(::flock(held, LOCK_EX) == 0);
+        QVERIFY(!platform::serialPortFree(slave));
+        QVERIFY(::flock(held, LOCK_UN) == 0);
+        QVERIFY(platform::serialPortFree(slave));
+        ::close(held);
+        ::close(master);
+        QVERIFY(!platform::serialPortFree("/dev/ttyUSB-none"));
     }
 
     void keysDtrAndRtsOnARealPort() {
