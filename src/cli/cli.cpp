@@ -5,6 +5,7 @@
 #include <filesystem>
 
 #include "cli/help.h"
+#include "core/i18n/environment_language.h"
 #include "core/i18n/language.h"
 #include "core/version.h"
 
@@ -120,8 +121,10 @@ int runTool(const std::vector<std::string>& argv, Clock& clock, std::ostream& ou
     }
     try {
         Context ctx{prepareDataFolder(resolveDataFolder(home)), Texts{}, clock, out, err};
-        // The tool speaks the language the program is set to.
-        const Settings settings{IniFile{ctx.paths.iniPath()}};
+        // The tool speaks the language the program is set to, and on a first
+        // start the desktop's.
+        Settings settings{IniFile{ctx.paths.iniPath()}};
+        adoptEnvironmentLanguage(settings, ctx.paths.languagePath(), localeEnvironment(systemEnv));
         if (auto problem =
                 languageProblem(loadChosenLanguage(ctx.texts, settings, ctx.paths.languagePath())))
             ctx.refuse(*problem);

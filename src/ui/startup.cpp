@@ -5,6 +5,8 @@
 #include <QScreen>
 
 #include "core/capture/capture.h"
+#include "core/i18n/environment_language.h"
+#include "core/i18n/language.h"
 #include "core/util/ports.h"
 #include "core/util/text.h"
 #include "ui/capture_binding.h"
@@ -54,7 +56,11 @@ Startup::Outcome Startup::run() {
     paths_ = prepareDataFolder(folder_);
     settings_ = std::make_unique<Settings>(IniFile(paths_.iniPath(), &beeper_));
     texts_.loadDefaults();
-    // The question comes before any language file, in the built-in texts.
+    // The first start takes the desktop's language, and asks its question
+    // in it already; later the question comes before any language file, in
+    // the built-in texts.
+    if (adoptEnvironmentLanguage(*settings_, paths_.languagePath(), localeEnvironment(environment)))
+        loadChosenLanguage(texts_, *settings_, paths_.languagePath());
     if (!askLiability())
         return Outcome::Declined;
 
