@@ -39,11 +39,35 @@ int Context::fail(int textRow, int code, const std::string& detail) {
     return code;
 }
 
+int Context::usage(const std::string& syntax) {
+    err << texts(603) << ": orvanta-tool " << syntax << "\n";
+    return kRefused;
+}
+
+int Context::missing(const std::string& what) {
+    err << texts(604) << ": " << what << " (" << texts(605) << ")\n";
+    return kRefused;
+}
+
 namespace {
 
 std::map<std::string, Command>& registry() {
     static std::map<std::string, Command> r;
     return r;
+}
+
+// The table for a mistake in the command line, in the language the data
+// folder is set to; read only, so that nothing is made for a wrong call.
+Texts commandLineTexts(const std::optional<std::string>& home) {
+    Texts texts;
+    try {
+        const AppPaths paths{resolveDataFolder(home)};
+        if (IniFile{paths.iniPath()}.exists())
+            loadChosenLanguage(texts, Settings{IniFile{paths.iniPath()}}, paths.languagePath());
+    } catch (const std::exception&) {
+        // No data folder to be found: the built-in texts.
+    }
+    return texts;
 }
 
 } // namespace
@@ -73,7 +97,7 @@ int runTool(const std::vector<std::string>& argv, Clock& clock, std::ostream& ou
         }
         if (a == "--home") {
             if (i + 1 >= argv.size()) {
-                err << "--home: missing folder\n";
+                err << "--home: " << Texts{}(602) << "\n";
                 return kRefused;
             }
             home = argv[++i];
@@ -87,7 +111,8 @@ int runTool(const std::vector<std::string>& argv, Clock& clock, std::ostream& ou
     }
     const auto it = registry().find(argv[i]);
     if (it == registry().end()) {
-        err << "unknown command: " << argv[i] << " (see --help)\n";
+        const Texts texts = commandLineTexts(home);
+        err << texts(600) << ": " << argv[i] << " (" << texts(605) << ")\n";
         return kRefused;
     }
     const Command& cmd = it->second;
@@ -114,11 +139,12 @@ int runTool(const std::vector<std::string>& argv, Clock& clock, std::ostream& ou
             continue;
         }
         if (i + 1 >= argv.size()) {
-            err << a << ": missing value\n";
+            err << a << ": " << commandLineTexts(home)(601) << "\n";
             return kRefused;
         }
         args.options[name] = argv[++i];
     }
+    Texts texts;
     try {
         Context ctx{prepareDataFolder(resolveDataFolder(home)), Texts{}, clock, out, err};
         // The tool speaks the language the program is set to, and on a first
@@ -128,9 +154,10 @@ int runTool(const std::vector<std::string>& argv, Clock& clock, std::ostream& ou
         if (auto problem =
                 languageProblem(loadChosenLanguage(ctx.texts, settings, ctx.paths.languagePath())))
             ctx.refuse(*problem);
+        texts = ctx.texts;
         return cmd.run(ctx, args);
     } catch (const std::exception& e) {
-        err << Texts{}(10) << ": " << e.what() << "\n";
+        err << texts(10) << ": " << e.what() << "\n";
         return kFailure;
     }
 }

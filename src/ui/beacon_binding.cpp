@@ -22,8 +22,8 @@ namespace orv::ui {
 namespace {
 
 // Fixed tips of the beacon's controls that have no row in the language table.
-constexpr std::pair<const char*, const char*> kFixedTips[] = {
-    {"Combo10", "Maximale Anzahl an Bakenaussendungen"},
+constexpr std::pair<const char*, int> kFixedTips[] = {
+    {"Combo10", 306},
 };
 
 QString q(const std::string& s) {
@@ -58,7 +58,7 @@ BeaconBinding::BeaconBinding(MainWindow& window, BeaconServices services, CwBind
     row_->loopBox()->setChecked(s_.settings.get(keys::CWLoopEinAus));
     for (const auto& [control, tip] : kFixedTips)
         if (auto* w = main_.findChild<QWidget*>(control))
-            w->setToolTip(QString::fromUtf8(tip));
+            w->setToolTip(q(t(tip)));
 
     keying::BeaconHost host;
     host.inputs = [this] { return inputs(); };

@@ -91,6 +91,10 @@ constexpr CaptionRow kMainWindow[] = {
     {"MnAnsicht", 90},
     {"MnHilfe", 82},
     {"MnStatistik", 267},
+    {"MnAuswert", 501},
+    {"MnLog", 401},
+    {"MnFremd", 416},
+    {"MnLogLöschen", 49},
 };
 
 void setCaption(QObject* o, const QString& text) {
@@ -129,7 +133,7 @@ void applyCaptions(QObject& root, std::span<const CaptionRow> rows, const Texts&
     const auto* rootWidget = qobject_cast<const QWidget*>(&root);
     const QWidget* rootWindow = rootWidget ? rootWidget->window() : nullptr;
     for (const CaptionRow& row : rows) {
-        const QString name = QString::fromLatin1(row.control);
+        const QString name = QString::fromUtf8(row.control);
         const QString text = QString::fromStdString(texts(row.text));
         // A menu's own action carries the menu's name too; set the menu.
         if (auto* menu = root.findChild<QMenu*>(name)) {

@@ -155,12 +155,12 @@ void EvaluationWindow::buildUi() {
     figures_.kmPerQso = figureLabel("Label20", stats);
     figures_.odx = figureLabel("Label21", stats);
     add(caption(q(texts_(95)) + ":"), figures_.qsos);
-    add(caption("Score:"), figures_.score);
+    add(caption(q(texts_(507))), figures_.score);
     add(caption(q(texts_(163))), figures_.kmPerQso);
     add(caption(q(texts_(169)) + ":"), figures_.odx);
     add(caption(q(texts_(186)) + ":"), figures_.multiplier);
-    add(caption("Duper:"), figures_.dupes);
-    add(caption("ERR:"), figures_.deleted);
+    add(caption(q(texts_(508))), figures_.dupes);
+    add(caption(q(texts_(509))), figures_.deleted);
     add(locCaption, figures_.locators);
     add(sqCaption, figures_.grossfelder);
     add(caption(q(texts_(162))), figures_.countries);
@@ -188,7 +188,7 @@ void EvaluationWindow::buildUi() {
         return b;
     };
     button("Command1", q(texts_(86)), [this] { evaluate(); });
-    button("Command2", "EDI-Export", [this] { openEdi(); });
+    button("Command2", q(texts_(97)), [this] { openEdi(); });
     // Printing lays the grids out on pages; the program has no printout yet.
     button("Command3", q(texts_(98)), [] {})->setEnabled(false);
     button("Command4", q(texts_(181)), [this] { exportText(); });

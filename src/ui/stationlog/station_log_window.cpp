@@ -33,23 +33,21 @@ QString q(const std::string& s) {
     return QString::fromStdString(s);
 }
 
-// The menu entries: object name, row of the language table, or the fixed
-// text where the table has none.
+// The menu entries: object name and row of the language table.
 struct MenuRow {
     const char* control;
     int textRow;
-    const char* caption;
     void (StationLogWindow::*action)();
 };
 constexpr MenuRow kMenu[] = {
-    {"MnNewLog", 12, "", &StationLogWindow::newLog},
-    {"MnOpenLog", 0, "Log öffnen", &StationLogWindow::openLog},
-    {"MnAdifExport", 419, "", &StationLogWindow::showExport},
-    {"MnDbLoesch", 214, "", &StationLogWindow::deleteOne},
-    {"MnDbGLoesch", 386, "", &StationLogWindow::showDelete},
-    {"MnOptionen", 383, "", &StationLogWindow::options},
+    {"MnNewLog", 12, &StationLogWindow::newLog},
+    {"MnOpenLog", 261, &StationLogWindow::openLog},
+    {"MnAdifExport", 419, &StationLogWindow::showExport},
+    {"MnDbLoesch", 214, &StationLogWindow::deleteOne},
+    {"MnDbGLoesch", 386, &StationLogWindow::showDelete},
+    {"MnOptionen", 383, &StationLogWindow::options},
 };
-constexpr const char* kMoveCaption = "Eingabe oben/unten";
+constexpr int kMoveCaption = 513;
 
 void removeLogFile(const fs::path& p) {
     for (const char* side : {"", "-wal", "-shm", "-journal"}) {
@@ -68,9 +66,9 @@ StationLogWindow::StationLogWindow(StationLogContext ctx, QWidget* parent)
     auto* central = new QWidget(this);
     column_ = new QVBoxLayout(central);
     entry_ = new StationEntryFrame(ctx_.texts, central);
-    move_ = new QPushButton(kMoveCaption, central);
+    move_ = new QPushButton(q(ctx_.texts(kMoveCaption)), central);
     move_->setObjectName("Command1");
-    model_ = new StationGridModel(this);
+    model_ = new StationGridModel(ctx_.texts, this);
     grid_ = new QTableView(central);
     grid_->setObjectName("DBGrid1");
     grid_->setModel(model_);
@@ -112,7 +110,7 @@ void StationLogWindow::buildMenus() {
     QMenu* menu = menuBar()->addMenu(q(ctx_.texts(370)));
     menu->setObjectName("MnQJLog");
     for (const auto& m : kMenu) {
-        QAction* a = menu->addAction(m.textRow ? q(ctx_.texts(m.textRow)) : QString(m.caption));
+        QAction* a = menu->addAction(q(ctx_.texts(m.textRow)));
         a->setObjectName(m.control);
         connect(a, &QAction::triggered, this, m.action);
     }
