@@ -233,6 +233,14 @@ void MainWindow::bandBoxChanged(int index) {
 void MainWindow::Beschriften() {
     applyCaptions(*this, mainWindowCaptions(), texts_);
     applyCaptions(*this, kLayoutCaptions, texts_);
+    // The key help is written once; an open one is written anew.
+    if (keyHelp_) {
+        const bool shown = keyHelp_->isVisible();
+        delete keyHelp_;
+        keyHelp_ = nullptr;
+        if (shown)
+            showKeyHelp();
+    }
 }
 
 void MainWindow::Grid1Set() {

@@ -9,6 +9,7 @@
 #include "core/i18n/language.h"
 #include "core/util/ports.h"
 #include "core/util/text.h"
+#include "ui/captions.h"
 #include "ui/capture_binding.h"
 #include "ui/features.h"
 #include "ui/main_window.h"
@@ -115,6 +116,8 @@ void Startup::chooseLanguage(const QString& caption) {
     window_->Beschriften();
     window_->Grid1Set();
     window_->Grid2Set();
+    // The other open windows (CW window, station log, key help) as well.
+    recaptionOpenWindows(texts_);
     window_->focusNamed("Text3");
 }
 

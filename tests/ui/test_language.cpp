@@ -356,15 +356,47 @@ private slots:
         s.runLogDialog = orv::test::createLog("switch");
         QCOMPARE(s.run(), Startup::Outcome::Run);
         auto* w = s.window();
+        new orv::ui::CwBinding(
+            *w, {s.texts(), s.settings(), dialogs, port, keyer, player, s.paths()}, clock);
+        w->findChild<QAction*>("MnCWFensterAN")->trigger();
+        w->findChild<QAction*>("MnOrvantaLog")->trigger();
+        w->findChild<QAction*>("MnHilfeTasten")->trigger();
+        auto top = [](const char* name) {
+            for (QWidget* t : QApplication::topLevelWidgets())
+                if (t->objectName() == name && t->isVisible())
+                    return t;
+            return static_cast<QWidget*>(nullptr);
+        };
+        QWidget* cwWindow = top("Form15");
+        QWidget* stationLog = top("QJForm1");
+        QVERIFY(cwWindow && stationLog && top("Form3"));
+        QCOMPARE(cwWindow->windowTitle(), QString("CW Fenster"));
         QCOMPARE(w->findChild<QMenu*>("MnAuswert")->title(), QString("Aus&wertung"));
+
         w->findChild<QAction*>("MnDefault1")->trigger();
         QCOMPARE(w->findChild<QMenu*>("MnAuswert")->title(), QString("E&valuation"));
+        QCOMPARE(cwWindow->windowTitle(), QString("CW window"));
+        QCOMPARE(cwWindow->findChild<QLabel*>("Label1")->text(), QString("CW texts"));
+        QCOMPARE(cwWindow->findChild<QPushButton*>("Command3")->text(), QString("Cancel"));
+        QVERIFY(stationLog->windowTitle().startsWith("OrvantaLog"));
+        QCOMPARE(stationLog->findChild<QAction*>("MnOpenLog")->text(), QString("Open log"));
+        QCOMPARE(stationLog->findChild<QLabel*>("Text1Label")->text(), QString("Date"));
+        QCOMPARE(stationLog->findChild<QComboBox*>("Combo1")->itemData(3, Qt::ToolTipRole),
+                 QVariant("BS - Back scatter"));
+        auto* grid = stationLog->findChild<QAbstractItemView*>("DBGrid1");
+        QCOMPARE(grid->model()->headerData(1, Qt::Horizontal).toString(), QString("Date/time"));
+        QWidget* keyHelp = top("Form3");
+        QVERIFY(keyHelp);
+        QCOMPARE(keyHelp->findChild<QTableWidget*>("KeyTable")->item(0, 1)->text(),
+                 QString("Next entry field"));
         QCOMPARE(w->findChild<QMenu*>("MnLog")->title(), QString("Log"));
         QCOMPARE(w->findChild<QAction*>("MnLogLöschen")->text(), QString("&Delete"));
         QCOMPARE(w->findChild<QLabel*>("Picture10")->text(), QString("Loading..."));
         w->findChild<QAction*>("MnDefault0")->trigger();
         QCOMPARE(w->findChild<QMenu*>("MnAuswert")->title(), QString("Aus&wertung"));
         QCOMPARE(w->findChild<QLabel*>("Picture10")->text(), QString("Wird geladen..."));
+        QCOMPARE(cwWindow->windowTitle(), QString("CW Fenster"));
+        QCOMPARE(stationLog->findChild<QLabel*>("Text1Label")->text(), QString("Datum"));
     }
 };
 

@@ -1,6 +1,7 @@
 #include "ui/stationlog/station_entry_frame.h"
 
 #include <QComboBox>
+#include <QEvent>
 #include <QGridLayout>
 #include <QLabel>
 #include <QLineEdit>
@@ -8,6 +9,7 @@
 
 #include "core/i18n/texts.h"
 #include "core/stationlog/station_settings.h"
+#include "ui/captions.h"
 
 namespace orv::ui {
 namespace {
@@ -57,7 +59,8 @@ void setItems(QComboBox* c, const std::vector<std::string>& items) {
 
 } // namespace
 
-StationEntryFrame::StationEntryFrame(const Texts& texts, QWidget* parent) : QFrame(parent) {
+StationEntryFrame::StationEntryFrame(const Texts& texts, QWidget* parent)
+    : QFrame(parent), texts_(texts) {
     setObjectName("Frame3");
     setFrameShape(QFrame::StyledPanel);
     auto* grid = new QGridLayout(this);
@@ -66,7 +69,7 @@ StationEntryFrame::StationEntryFrame(const Texts& texts, QWidget* parent) : QFra
         const std::string control = b.control;
         QWidget* w = control.rfind("Text", 0) == 0 ? static_cast<QWidget*>(line(b.control, b.size))
                                                    : combo(b.control, b.size);
-        auto* label = new QLabel(q(texts(b.textRow)), this);
+        auto* label = captioned<QLabel>(b.textRow, texts, this);
         label->setObjectName(QString(b.control) + "Label");
         label->setBuddy(w);
         grid->addWidget(label, row, column);
@@ -103,15 +106,14 @@ StationEntryFrame::StationEntryFrame(const Texts& texts, QWidget* parent) : QFra
     txMode_->setEditText({});
     rxMode_->setEditText({});
     prop_->addItem(QString());
-    for (const auto& [code, tip] : kPropagationTips) {
+    for (const auto& [code, tip] : kPropagationTips)
         prop_->addItem(code);
-        prop_->setItemData(prop_->count() - 1, q(texts(tip)), Qt::ToolTipRole);
-    }
+    setPropagationTips();
     prop_->setEditText({});
     for (const char* s : kQslStates)
         qsl_->addItem(s);
 
-    save_ = new QPushButton(q(texts(363)), this);
+    save_ = captioned<QPushButton>(363, texts, this);
     save_->setObjectName("Command2");
     grid->addWidget(save_, row + 1, 9);
     connect(save_, &QPushButton::clicked, this, &StationEntryFrame::saveRequested);
@@ -138,6 +140,19 @@ QComboBox* StationEntryFrame::combo(const char* control, int size) {
     connect(c->lineEdit(), &QLineEdit::returnPressed, this, &StationEntryFrame::saveRequested);
     boxes_[control] = c;
     return c;
+}
+
+void StationEntryFrame::setPropagationTips() {
+    // Item 0 is the empty entry.
+    for (int i = 0; i < static_cast<int>(std::size(kPropagationTips)); ++i)
+        prop_->setItemData(i + 1, q(texts_(kPropagationTips[static_cast<std::size_t>(i)].second)),
+                           Qt::ToolTipRole);
+}
+
+void StationEntryFrame::changeEvent(QEvent* e) {
+    if (e->type() == QEvent::LanguageChange)
+        setPropagationTips();
+    QFrame::changeEvent(e);
 }
 
 StationEntry StationEntryFrame::entry() const {

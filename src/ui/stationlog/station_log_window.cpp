@@ -18,6 +18,7 @@
 #include "core/submission/export_file.h"
 #include "core/util/ports.h"
 #include "platform/qt_dialogs.h"
+#include "ui/captions.h"
 #include "ui/stationlog/qj_config_dialog.h"
 #include "ui/stationlog/station_entry_frame.h"
 #include "ui/stationlog/station_grid_model.h"
@@ -62,11 +63,11 @@ void removeLogFile(const fs::path& p) {
 StationLogWindow::StationLogWindow(StationLogContext ctx, QWidget* parent)
     : QMainWindow(parent), ctx_(std::move(ctx)) {
     setObjectName("QJForm1");
-    setWindowTitle(q(ctx_.texts(370)));
+    setTitle();
     auto* central = new QWidget(this);
     column_ = new QVBoxLayout(central);
     entry_ = new StationEntryFrame(ctx_.texts, central);
-    move_ = new QPushButton(q(ctx_.texts(kMoveCaption)), central);
+    move_ = captioned<QPushButton>(kMoveCaption, ctx_.texts, central);
     move_->setObjectName("Command1");
     model_ = new StationGridModel(ctx_.texts, this);
     grid_ = new QTableView(central);
@@ -107,11 +108,13 @@ StationLogWindow::StationLogWindow(StationLogContext ctx, QWidget* parent)
 StationLogWindow::~StationLogWindow() = default;
 
 void StationLogWindow::buildMenus() {
-    QMenu* menu = menuBar()->addMenu(q(ctx_.texts(370)));
+    QMenu* menu = menuBar()->addMenu(QString());
     menu->setObjectName("MnQJLog");
+    captionFromRow(*menu, 370, ctx_.texts);
     for (const auto& m : kMenu) {
-        QAction* a = menu->addAction(q(ctx_.texts(m.textRow)));
+        QAction* a = menu->addAction(QString());
         a->setObjectName(m.control);
+        captionFromRow(*a, m.textRow, ctx_.texts);
         connect(a, &QAction::triggered, this, m.action);
     }
 }
@@ -148,12 +151,27 @@ void StationLogWindow::start() {
         openLog();
 }
 
+void StationLogWindow::setTitle() {
+    std::string title = ctx_.texts(370);
+    if (log_)
+        title += " - [" + log_->path().filename().string() + "]";
+    setWindowTitle(q(title));
+}
+
+void StationLogWindow::changeEvent(QEvent* e) {
+    if (e->type() == QEvent::LanguageChange) {
+        setTitle();
+        emit model_->headerDataChanged(Qt::Horizontal, 0, model_->columnCount() - 1);
+    }
+    QMainWindow::changeEvent(e);
+}
+
 void StationLogWindow::useLog(std::unique_ptr<StationLog> log) {
     log_ = std::move(log);
     editing_.reset();
     model_->load(log_.get());
     const std::string file = log_->path().filename().string();
-    setWindowTitle(q(ctx_.texts(370) + " - [" + file + "]"));
+    setTitle();
     ctx_.settings.set(keys::QJLogFile, file);
     grid_->scrollToBottom();
 }
