@@ -361,6 +361,7 @@ private slots:
         w->findChild<QAction*>("MnCWFensterAN")->trigger();
         w->findChild<QAction*>("MnOrvantaLog")->trigger();
         w->findChild<QAction*>("MnHilfeTasten")->trigger();
+        w->findChild<QAction*>("Auswerten")->trigger();
         auto top = [](const char* name) {
             for (QWidget* t : QApplication::topLevelWidgets())
                 if (t->objectName() == name && t->isVisible())
@@ -389,6 +390,18 @@ private slots:
         QVERIFY(keyHelp);
         QCOMPARE(keyHelp->findChild<QTableWidget*>("KeyTable")->item(0, 1)->text(),
                  QString("Next entry field"));
+        QWidget* evaluation = top("Form5");
+        QVERIFY(evaluation);
+        QCOMPARE(evaluation->findChild<QPushButton*>("LabelGrossfelder")->text(),
+                 QString("Large squares:"));
+        QCOMPARE(evaluation->findChild<QPushButton*>("Command4")->text(), QString("File o&utput"));
+        QStringList heads;
+        for (auto* t : evaluation->findChildren<QTableWidget*>())
+            for (int c = 0; c < t->columnCount(); ++c)
+                if (t->horizontalHeaderItem(c))
+                    heads << t->horizontalHeaderItem(c)->text();
+        QVERIFY2(heads.contains("Call sign") && !heads.contains("Rufzeichen"),
+                 qPrintable(heads.join('|')));
         QCOMPARE(w->findChild<QMenu*>("MnLog")->title(), QString("Log"));
         QCOMPARE(w->findChild<QAction*>("MnLogLöschen")->text(), QString("&Delete"));
         QCOMPARE(w->findChild<QLabel*>("Picture10")->text(), QString("Loading..."));
