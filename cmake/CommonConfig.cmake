@@ -35,6 +35,10 @@ function(orv_core_module name)
     endif()
 endfunction()
 
+# Tests start on new data folders, where the desktop's language would be
+# taken: they run under the C locale whatever the developer's desktop speaks.
+set(ORV_TEST_LOCALE "LANG=C;LC_ALL=;LC_MESSAGES=;LANGUAGE=")
+
 # orv_test_suite(NAME DIR DEPS...) builds every .cpp in DIR into one test
 # executable test_NAME and registers its cases with CTest.
 function(orv_test_suite name dir)
@@ -45,5 +49,5 @@ function(orv_test_suite name dir)
     add_executable(test_${name} ${_src})
     target_link_libraries(test_${name} PRIVATE orv_test_support ${ARGN} GTest::gmock GTest::gtest_main)
     gtest_discover_tests(test_${name} DISCOVERY_TIMEOUT 60
-        PROPERTIES ENVIRONMENT "ORVANTA_SOURCE_DIR=${PROJECT_SOURCE_DIR};ORVANTA_BINARY_DIR=${PROJECT_BINARY_DIR}")
+        PROPERTIES ENVIRONMENT "ORVANTA_SOURCE_DIR=${PROJECT_SOURCE_DIR};ORVANTA_BINARY_DIR=${PROJECT_BINARY_DIR};${ORV_TEST_LOCALE}")
 endfunction()

@@ -5,6 +5,7 @@
 #include <filesystem>
 
 #include "cli/help.h"
+#include "core/i18n/environment_language.h"
 #include "core/i18n/language.h"
 #include "core/version.h"
 
@@ -38,11 +39,35 @@ int Context::fail(int textRow, int code, const std::string& detail) {
     return code;
 }
 
+int Context::usage(const std::string& syntax) {
+    err << texts(603) << ": orvanta-tool " << syntax << "\n";
+    return kRefused;
+}
+
+int Context::missing(const std::string& what) {
+    err << texts(604) << ": " << what << " (" << texts(605) << ")\n";
+    return kRefused;
+}
+
 namespace {
 
 std::map<std::string, Command>& registry() {
     static std::map<std::string, Command> r;
     return r;
+}
+
+// The table for a mistake in the command line, in the language the data
+// folder is set to; read only, so that nothing is made for a wrong call.
+Texts commandLineTexts(const std::optional<std::string>& home) {
+    Texts texts;
+    try {
+        const AppPaths paths{resolveDataFolder(home)};
+        if (IniFile{paths.iniPath()}.exists())
+            loadChosenLanguage(texts, Settings{IniFile{paths.iniPath()}}, paths.languagePath());
+    } catch (const std::exception&) {
+        // No data folder to be found: the built-in texts.
+    }
+    return texts;
 }
 
 } // namespace
@@ -72,7 +97,7 @@ int runTool(const std::vector<std::string>& argv, Clock& clock, std::ostream& ou
         }
         if (a == "--home") {
             if (i + 1 >= argv.size()) {
-                err << "--home: missing folder\n";
+                err << "--home: " << Texts{}(602) << "\n";
                 return kRefused;
             }
             home = argv[++i];
@@ -86,7 +111,8 @@ int runTool(const std::vector<std::string>& argv, Clock& clock, std::ostream& ou
     }
     const auto it = registry().find(argv[i]);
     if (it == registry().end()) {
-        err << "unknown command: " << argv[i] << " (see --help)\n";
+        const Texts texts = commandLineTexts(home);
+        err << texts(600) << ": " << argv[i] << " (" << texts(605) << ")\n";
         return kRefused;
     }
     const Command& cmd = it->second;
@@ -113,21 +139,25 @@ int runTool(const std::vector<std::string>& argv, Clock& clock, std::ostream& ou
             continue;
         }
         if (i + 1 >= argv.size()) {
-            err << a << ": missing value\n";
+            err << a << ": " << commandLineTexts(home)(601) << "\n";
             return kRefused;
         }
         args.options[name] = argv[++i];
     }
+    Texts texts;
     try {
         Context ctx{prepareDataFolder(resolveDataFolder(home)), Texts{}, clock, out, err};
-        // The tool speaks the language the program is set to.
-        const Settings settings{IniFile{ctx.paths.iniPath()}};
+        // The tool speaks the language the program is set to, and on a first
+        // start the desktop's.
+        Settings settings{IniFile{ctx.paths.iniPath()}};
+        adoptEnvironmentLanguage(settings, ctx.paths.languagePath(), localeEnvironment(systemEnv));
         if (auto problem =
                 languageProblem(loadChosenLanguage(ctx.texts, settings, ctx.paths.languagePath())))
             ctx.refuse(*problem);
+        texts = ctx.texts;
         return cmd.run(ctx, args);
     } catch (const std::exception& e) {
-        err << Texts{}(10) << ": " << e.what() << "\n";
+        err << texts(10) << ": " << e.what() << "\n";
         return kFailure;
     }
 }

@@ -39,6 +39,10 @@ struct Context {
     int refuse(const Failure& f);
     // Prints a text row (and optional detail) on stderr and returns `code`.
     int fail(int textRow, int code, const std::string& detail = {});
+    // A command called wrongly: its syntax after the word for usage; kRefused.
+    int usage(const std::string& syntax);
+    // An argument left out, named as in the syntax; kRefused.
+    int missing(const std::string& what);
 };
 
 struct Command {

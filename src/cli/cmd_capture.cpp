@@ -136,8 +136,7 @@ int runRestore(Context& ctx, const Args& args) {
 int runCorrect(Context& ctx, const Args& args) {
     const std::string dupeZero = args.getOr("dupe-zero", "no");
     if (dupeZero != "yes" && dupeZero != "no") {
-        ctx.err << "--dupe-zero yes|no\n";
-        return kRefused;
+        return ctx.fail(225, kRefused, "--dupe-zero yes|no");
     }
     int code = kOk;
     auto s = openBand(ctx, args, dupeZero == "yes" ? Answer::Yes : Answer::No, code);

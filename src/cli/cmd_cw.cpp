@@ -23,10 +23,8 @@ std::optional<int> wholeNumber(const std::string& s, int min, int max) {
 int run(Context& ctx, const Args& args) {
     const auto wpmText = args.get("wpm");
     const auto out = args.get("o");
-    if (args.positional.size() != 1 || !wpmText || !out) {
-        ctx.err << "usage: orvanta-tool cw-wav TEXT --wpm N -o FILE [--lead U] [--trail U]\n";
-        return kRefused;
-    }
+    if (args.positional.size() != 1 || !wpmText || !out)
+        return ctx.usage("cw-wav TEXT --wpm N -o FILE [--lead U] [--trail U]");
     const auto wpm = wholeNumber(*wpmText, keying::kMinWpm, keying::kMaxWpm);
     if (!wpm)
         return ctx.fail(297, kRefused, *wpmText);

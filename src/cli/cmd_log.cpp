@@ -27,9 +27,8 @@ std::optional<std::array<int, kBandCount>> parseWeights(const std::string& s) {
 
 int runNewLog(Context& ctx, const Args& args) {
     if (args.positional.size() != 1) {
-        ctx.err << "usage: orvanta-tool new-log NAME --call CALL --locator LOC [--contest NAME] "
-                   "[--weights w0,...,w9] [--overwrite]\n";
-        return kRefused;
+        return ctx.usage("new-log NAME --call CALL --locator LOC [--contest NAME] "
+                         "[--weights w0,...,w9] [--overwrite]");
     }
     const std::string name = args.positional[0];
 
@@ -45,8 +44,7 @@ int runNewLog(Context& ctx, const Args& args) {
     if (auto w = args.get("weights")) {
         const auto weights = parseWeights(*w);
         if (!weights)
-            return ctx.refuse(
-                refuse(0, "weights", "--weights: ten whole numbers separated by commas"));
+            return ctx.refuse(refuse(0, "weights", "--weights: " + ctx.texts(606)));
         contest.Zaehl = *weights;
     }
 
@@ -63,7 +61,7 @@ int runNewLog(Context& ctx, const Args& args) {
         Failure f = made.failure();
         // The chooser's fields are options here: name the one to give.
         if (f.field == "Combo4")
-            f.detail = "--contest NAME (none given, and AConDat holds no CName)";
+            f.detail = "--contest NAME (" + ctx.texts(607) + ")";
         else if (f.field == "Text1")
             f.detail = "--call " + form.myCall;
         else if (f.field == "Text2")
@@ -75,10 +73,8 @@ int runNewLog(Context& ctx, const Args& args) {
 }
 
 int runInfo(Context& ctx, const Args& args) {
-    if (args.positional.size() != 1) {
-        ctx.err << "usage: orvanta-tool info NAME\n";
-        return kRefused;
-    }
+    if (args.positional.size() != 1)
+        return ctx.usage("info NAME");
     const std::string name = args.positional[0];
     const auto path = ctx.paths.logFile(name);
     if (name.empty() || !std::filesystem::is_regular_file(path))

@@ -17,10 +17,8 @@ std::string mitEinerStelle(float v) {
 }
 
 int run(Context& ctx, const Args& args) {
-    if (args.positional.size() != 2) {
-        ctx.err << "usage: orvanta-tool qrb OWN OTHER\n";
-        return kRefused;
-    }
+    if (args.positional.size() != 2)
+        return ctx.usage("qrb OWN OTHER");
     std::string own = args.positional[0], other = args.positional[1];
     const LocErgebnis e = LocBerechnen(own, other);
     if (!e.ok())

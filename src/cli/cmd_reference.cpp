@@ -34,10 +34,8 @@ void reportImport(Context& ctx, const CountryTables& t) {
 }
 
 int runImportCty(Context& ctx, const Args& args) {
-    if (args.positional.size() != 1) {
-        ctx.err << "usage: import-cty FILE [--arrl]\n";
-        return kRefused;
-    }
+    if (args.positional.size() != 1)
+        return ctx.usage("import-cty FILE [--arrl]");
     const auto format = args.flags.count("arrl") ? CountryFormat::ArrlCty : CountryFormat::CtyDat;
     auto r = importCountryFile(ctx.paths.countryDbPath(), args.positional[0], format);
     if (!r)
@@ -72,10 +70,8 @@ int runCountry(Context& ctx, const Args& args) {
 }
 
 int runCallDbImport(Context& ctx, const Args& args) {
-    if (args.positional.size() != 1) {
-        ctx.err << "usage: calldb-import FILE\n";
-        return kRefused;
-    }
+    if (args.positional.size() != 1)
+        return ctx.usage("calldb-import FILE");
     const std::string content = fileio::readAll(args.positional[0]);
     CallDbStore store(ctx.paths.callDbPath());
     // Another call database file is imported row by row, a text file line by line.

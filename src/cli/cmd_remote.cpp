@@ -16,10 +16,8 @@ namespace {
 constexpr int kTimeoutMs = 3000;
 
 int run(Context& ctx, const Args& args) {
-    if (args.positional.size() != 1) {
-        ctx.err << "usage: orvanta-tool remote COMMAND [--port N] [--host ADDR]\n";
-        return kRefused;
-    }
+    if (args.positional.size() != 1)
+        return ctx.usage("remote COMMAND [--port N] [--host ADDR]");
     // The port the program listens on: the option, else the data folder's
     // settings, else the default.
     int port = static_cast<int>(remote::Port.fallback);

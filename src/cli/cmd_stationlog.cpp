@@ -45,8 +45,7 @@ const BoxOption kBoxes[] = {
 };
 
 int usage(Context& ctx, const char* text) {
-    ctx.err << "usage: orvanta-tool " << text << "\n";
-    return kRefused;
+    return ctx.usage(text);
 }
 
 std::optional<StationLog> openNamed(Context& ctx, const std::string& name, int& code) {

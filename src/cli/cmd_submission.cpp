@@ -35,8 +35,7 @@ const CountryList* ptr(const std::optional<CountryList>& l) {
 std::optional<std::filesystem::path> outputOption(Context& ctx, const Args& args, int& code) {
     const std::string o = args.getOr("o", "");
     if (text::trim(o).empty()) {
-        ctx.err << "missing -o FILE (see --help)\n";
-        code = kRefused;
+        code = ctx.missing("-o FILE");
         return std::nullopt;
     }
     return std::filesystem::path(o);

@@ -31,8 +31,7 @@ std::optional<std::string> positional(Context& ctx, const Args& args, std::size_
                                       const std::string& what, int& exitCode) {
     if (i < args.positional.size())
         return args.positional[i];
-    ctx.err << "missing " << what << " (see --help)\n";
-    exitCode = kRefused;
+    exitCode = ctx.missing(what);
     return std::nullopt;
 }
 

@@ -42,10 +42,11 @@ AdifQrgPanel::AdifQrgPanel(Settings& settings, const Texts& texts, QWidget* pare
     setObjectName("FrameADIFQRG");
     setFrameShape(QFrame::StyledPanel);
     auto* g = new QGridLayout(this);
-    g->addWidget(new QLabel("ADIF-QRG's", this), 0, 0, 1, 2);
+    g->addWidget(new QLabel(q(texts(506)), this), 0, 0, 1, 2);
     for (int i = 0; i < kBandCount; ++i) {
-        g->addWidget(new QLabel(q(kBands[static_cast<std::size_t>(i)].boxText) + " MHz", this),
-                     i + 1, 0);
+        g->addWidget(
+            new QLabel(q(kBands[static_cast<std::size_t>(i)].boxText) + " " + q(texts(287)), this),
+            i + 1, 0);
         auto* e = new QLineEdit(this);
         e->setObjectName(QString("Text1(%1)").arg(i));
         boxes_[static_cast<std::size_t>(i)] = e;

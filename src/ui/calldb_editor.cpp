@@ -159,12 +159,12 @@ QVariant CallDbModel::headerData(int section, Qt::Orientation o, int role) const
     if (o != Qt::Horizontal || role != Qt::DisplayRole)
         return QAbstractTableModel::headerData(section, o, role);
     if (section == 0)
-        return QStringLiteral("Call");
+        return q(texts_(151));
     if (section == 1)
-        return QStringLiteral("Locator");
+        return q(texts_(155));
     if (section < 2 + kBandCount)
-        return q(counterField(section - 2));
-    return QStringLiteral("LastDate");
+        return q(kBands[static_cast<std::size_t>(section - 2)].caption);
+    return q(texts_(174));
 }
 
 // --- CallDbEditor ---------------------------------------------------------
@@ -185,7 +185,7 @@ CallDbEditor::CallDbEditor(const AppPaths& paths, const Texts& texts, Dialogs& d
     v->addLayout(top);
 
     auto* middle = new QHBoxLayout;
-    model_ = new CallDbModel(this);
+    model_ = new CallDbModel(texts_, this);
     grid_ = new QTableView(this);
     grid_->setObjectName("QBDatGrid");
     grid_->setModel(model_);
@@ -224,7 +224,7 @@ CallDbEditor::CallDbEditor(const AppPaths& paths, const Texts& texts, Dialogs& d
     }
     lastDate_ = new QLineEdit(this);
     lastDate_->setObjectName("EditLastDate");
-    lastDate_->setPlaceholderText("YYYY-MM-DD HH:MM:SS");
+    lastDate_->setPlaceholderText(q(texts_(510)));
     addField(2 + kBandCount, q(texts_(174)), lastDate_);
     v->addLayout(fields);
 

@@ -36,7 +36,8 @@ class CallDbModel final : public QAbstractTableModel {
     Q_OBJECT
 public:
     static constexpr int kColumns = 3 + kBandCount; // call, locator, counters, date
-    explicit CallDbModel(QObject* parent = nullptr) : QAbstractTableModel(parent) {}
+    explicit CallDbModel(const Texts& texts, QObject* parent = nullptr)
+        : QAbstractTableModel(parent), texts_(texts) {}
 
     void setRecords(std::vector<CallRecord> records);
     void setFilter(const QString& callPart);
@@ -50,6 +51,7 @@ public:
     QVariant headerData(int section, Qt::Orientation o, int role) const override;
 
 private:
+    const Texts& texts_;
     void refilter();
     std::vector<CallRecord> records_;
     std::vector<std::size_t> shown_;

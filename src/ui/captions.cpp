@@ -2,6 +2,8 @@
 
 #include <QAbstractButton>
 #include <QAction>
+#include <QApplication>
+#include <QEvent>
 #include <QGroupBox>
 #include <QLabel>
 #include <QMenu>
@@ -91,6 +93,10 @@ constexpr CaptionRow kMainWindow[] = {
     {"MnAnsicht", 90},
     {"MnHilfe", 82},
     {"MnStatistik", 267},
+    {"MnAuswert", 501},
+    {"MnLog", 401},
+    {"MnFremd", 416},
+    {"MnLogLöschen", 49},
 };
 
 void setCaption(QObject* o, const QString& text) {
@@ -119,7 +125,58 @@ bool inRootWindow(const QObject* o, const QWidget* rootWindow) {
     return !rootWindow || !w || w->window() == rootWindow;
 }
 
+// The property under which a control keeps the row of each captioned part.
+constexpr const char* kRowProperty[] = {"orvTextRow", "orvPlainTextRow", "orvToolTipRow",
+                                        "orvWindowTitleRow"};
+constexpr CaptionPart kParts[] = {CaptionPart::Text, CaptionPart::PlainText, CaptionPart::ToolTip,
+                                  CaptionPart::WindowTitle};
+
+void setPart(QObject& o, CaptionPart part, QString text) {
+    auto* w = qobject_cast<QWidget*>(&o);
+    switch (part) {
+    case CaptionPart::Text:
+        setCaption(&o, text);
+        break;
+    case CaptionPart::PlainText:
+        setCaption(&o, text.remove('&'));
+        break;
+    case CaptionPart::ToolTip:
+        if (w)
+            w->setToolTip(text);
+        else if (auto* a = qobject_cast<QAction*>(&o))
+            a->setToolTip(text);
+        break;
+    case CaptionPart::WindowTitle:
+        if (w)
+            w->setWindowTitle(text.remove('&'));
+        break;
+    }
+}
+
+void recaption(QObject& o, const Texts& texts) {
+    for (std::size_t i = 0; i < std::size(kParts); ++i) {
+        const QVariant row = o.property(kRowProperty[i]);
+        if (row.isValid())
+            setPart(o, kParts[i], QString::fromStdString(texts(row.toInt())));
+    }
+}
+
 } // namespace
+
+void captionFromRow(QObject& control, int row, const Texts& texts, CaptionPart part) {
+    control.setProperty(kRowProperty[static_cast<std::size_t>(part)], row);
+    setPart(control, part, QString::fromStdString(texts(row)));
+}
+
+void recaptionOpenWindows(const Texts& texts) {
+    for (QWidget* top : QApplication::topLevelWidgets()) {
+        recaption(*top, texts);
+        for (QObject* o : top->findChildren<QObject*>())
+            recaption(*o, texts);
+        QEvent change(QEvent::LanguageChange);
+        QCoreApplication::sendEvent(top, &change);
+    }
+}
 
 std::span<const CaptionRow> mainWindowCaptions() {
     return kMainWindow;
@@ -129,7 +186,7 @@ void applyCaptions(QObject& root, std::span<const CaptionRow> rows, const Texts&
     const auto* rootWidget = qobject_cast<const QWidget*>(&root);
     const QWidget* rootWindow = rootWidget ? rootWidget->window() : nullptr;
     for (const CaptionRow& row : rows) {
-        const QString name = QString::fromLatin1(row.control);
+        const QString name = QString::fromUtf8(row.control);
         const QString text = QString::fromStdString(texts(row.text));
         // A menu's own action carries the menu's name too; set the menu.
         if (auto* menu = root.findChild<QMenu*>(name)) {

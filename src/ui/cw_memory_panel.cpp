@@ -1,6 +1,7 @@
 #include "ui/cw_memory_panel.h"
 
 #include <QCheckBox>
+#include <QEvent>
 #include <QGridLayout>
 #include <QLabel>
 #include <QListWidget>
@@ -11,6 +12,7 @@
 #include "core/keying/cw_settings.h"
 #include "core/settings/settings.h"
 #include "core/util/text.h"
+#include "ui/captions.h"
 #include "ui/cw_input.h"
 #include "ui/widget_helpers.h"
 
@@ -27,27 +29,27 @@ CwMemoryPanel::CwMemoryPanel(const Texts& texts, Settings& settings, Dialogs& di
     : QGroupBox(parent), texts_(texts), settings_(settings), dialogs_(dialogs) {
     setObjectName("Frame2");
     auto* grid = new QGridLayout(this);
-    fOn_ = new QCheckBox(q(texts(318)), this);
+    fOn_ = new QCheckBox(this);
     fOn_->setObjectName("Check1");
+    captionFromRow(*fOn_, 318, texts);
     fText_ = new QLineEdit(this);
     fText_->setObjectName("Text1");
     editor_ = new CwInput("Combo1", true, texts, this);
     macros_ = new QListWidget(this);
     macros_->setObjectName("List1");
-    for (int i = 0; i < static_cast<int>(keying::kMacros.size()); ++i) {
-        auto* item = new QListWidgetItem(
-            q(texts(keying::kMacros[static_cast<std::size_t>(i)].textRow)), macros_);
-        item->setData(Qt::UserRole, i);
-    }
+    fillMacros();
     connect(macros_, &QListWidget::itemClicked, this, [this](QListWidgetItem* item) {
         editor_->insertMacro(item->data(Qt::UserRole).toInt());
     });
-    auto* save = new QPushButton(q(texts(316)), this);
+    auto* save = new QPushButton(this);
     save->setObjectName("Command4");
-    auto* cancel = new QPushButton(q(texts(11)).remove('&'), this);
+    captionFromRow(*save, 316, texts);
+    auto* cancel = new QPushButton(this);
     cancel->setObjectName("Command3");
-    auto* preview = new QPushButton(q(texts(352)), this);
+    captionFromRow(*cancel, 11, texts, CaptionPart::PlainText);
+    auto* preview = new QPushButton(this);
     preview->setObjectName("Command5");
+    captionFromRow(*preview, 352, texts);
     connect(save, &QPushButton::clicked, this, [this] { this->save(); });
     connect(cancel, &QPushButton::clicked, this, [this] {
         if (onClosed)
@@ -58,11 +60,16 @@ CwMemoryPanel::CwMemoryPanel(const Texts& texts, Settings& settings, Dialogs& di
             onPreview(editor_->text());
     });
     grid->addWidget(fOn_, 0, 0, 1, 2);
-    grid->addWidget(new QLabel(q(texts(319)), this), 1, 0);
+    auto label = [&](int row) {
+        auto* l = new QLabel(this);
+        captionFromRow(*l, row, texts);
+        return l;
+    };
+    grid->addWidget(label(319), 1, 0);
     grid->addWidget(fText_, 1, 1);
-    grid->addWidget(new QLabel(q(texts(320)), this), 2, 0);
+    grid->addWidget(label(320), 2, 0);
     grid->addWidget(editor_, 2, 1);
-    grid->addWidget(new QLabel(q(texts(321)), this), 3, 0);
+    grid->addWidget(label(321), 3, 0);
     grid->addWidget(macros_, 3, 1);
     auto* buttons = new QHBoxLayout;
     buttons->addWidget(preview);
@@ -70,6 +77,24 @@ CwMemoryPanel::CwMemoryPanel(const Texts& texts, Settings& settings, Dialogs& di
     buttons->addWidget(save);
     buttons->addWidget(cancel);
     grid->addLayout(buttons, 4, 0, 1, 2);
+}
+
+void CwMemoryPanel::fillMacros() {
+    macros_->clear();
+    for (int i = 0; i < static_cast<int>(keying::kMacros.size()); ++i) {
+        auto* item = new QListWidgetItem(
+            q(texts_(keying::kMacros[static_cast<std::size_t>(i)].textRow)), macros_);
+        item->setData(Qt::UserRole, i);
+    }
+}
+
+void CwMemoryPanel::changeEvent(QEvent* e) {
+    if (e->type() == QEvent::LanguageChange) {
+        fillMacros();
+        if (slot_ >= 0)
+            setTitle(q(texts_(317)) + QString::number(slot_ + 1));
+    }
+    QGroupBox::changeEvent(e);
 }
 
 void CwMemoryPanel::openSlot(int k) {

@@ -41,7 +41,11 @@ public:
     // The slot's settings were written.
     std::function<void(int)> onSaved;
 
+protected:
+    void changeEvent(QEvent* e) override;
+
 private:
+    void fillMacros();
     const Texts& texts_;
     Settings& settings_;
     Dialogs& dialogs_;

@@ -15,6 +15,7 @@
 #include "core/keying/tone_file.h"
 #include "core/settings/settings.h"
 #include "core/util/text.h"
+#include "ui/captions.h"
 #include "ui/cw_input.h"
 #include "ui/cw_memory_panel.h"
 #include "ui/widget_helpers.h"
@@ -39,7 +40,7 @@ const char* literal(const char* control) {
 CwWindow::CwWindow(CwServices services, CwWindowHost host, QWidget* parent)
     : QWidget(parent, Qt::Tool), s_(std::move(services)), host_(std::move(host)) {
     setObjectName("Form15");
-    setWindowTitle(q(s_.texts(351)));
+    captionFromRow(*this, 351, s_.texts, CaptionPart::WindowTitle);
     buildUi();
     loadMemories();
 }
@@ -60,8 +61,9 @@ void CwWindow::buildUi() {
     strip->setObjectName("PictureOBEN");
     auto* stripLayout = new QHBoxLayout(strip);
     stripLayout->setContentsMargins(0, 0, 0, 0);
-    auto* title = new QLabel(q(s_.texts(314)), strip);
+    auto* title = new QLabel(strip);
     title->setObjectName("Label1");
+    captionFromRow(*title, 314, s_.texts);
     stripLayout->addWidget(title);
     stripLayout->addStretch();
     const std::pair<const char*, int> stripButtons[] = {
@@ -71,7 +73,7 @@ void CwWindow::buildUi() {
         b->setObjectName(name);
         b->setMaximumWidth(32);
         if (tip)
-            b->setToolTip(q(s_.texts(tip)));
+            captionFromRow(*b, tip, s_.texts, CaptionPart::ToolTip);
         stripLayout->addWidget(b);
     }
     outer->addWidget(strip);
@@ -141,6 +143,17 @@ void CwWindow::buildUi() {
     flash_->setObjectName("Timer2");
     flash_->setInterval(500);
     connect(flash_, &QTimer::timeout, this, &CwWindow::tick);
+}
+
+void CwWindow::changeEvent(QEvent* e) {
+    // The memory captions and the stop button compose their texts.
+    if (e->type() == QEvent::LanguageChange) {
+        for (int k = 0; k < 11; ++k)
+            updateCaption(k);
+        if (!sending_)
+            stop_->setText(q(s_.texts(353)));
+    }
+    QWidget::changeEvent(e);
 }
 
 void CwWindow::loadMemories() {

@@ -75,7 +75,7 @@ EdiDialog::EdiDialog(Settings& settings, const Texts& texts, Dialogs& dialogs,
     : QDialog(parent), settings_(settings), texts_(texts), dialogs_(dialogs), paths_(paths),
       evaluateBand_(std::move(evaluateBand)) {
     setObjectName("Form6");
-    setWindowTitle("EDI-Export");
+    setWindowTitle(q(texts_(511)));
     buildUi();
 
     // The opening: last contents, then what the log says, then the band's

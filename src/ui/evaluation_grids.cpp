@@ -74,6 +74,18 @@ void EvaluationWindow::Grid1Set() {
     }
 }
 
+void EvaluationWindow::retitleGrids() {
+    const auto& cols = evalColumns();
+    for (int c = 0; c < kEvalColumns; ++c)
+        if (QTableWidgetItem* h = grid_->horizontalHeaderItem(c))
+            if (const int row = cols[static_cast<std::size_t>(c)].headerText)
+                h->setText(q(texts_(row)));
+    const auto& ccols = countryColumns();
+    for (int c = 0; c < 2; ++c)
+        if (QTableWidgetItem* h = countryGrid_->horizontalHeaderItem(c))
+            h->setText(q(texts_(ccols[static_cast<std::size_t>(c)].headerText)));
+}
+
 namespace {
 
 void fillRow(QTableWidget* grid, int r, const EvalRow& row) {

@@ -23,6 +23,7 @@
 #include "core/util/ports.h"
 #include "core/util/text.h"
 #include "ui/adif_dialog.h"
+#include "ui/captions.h"
 #include "ui/edi_dialog.h"
 #include "ui/square_window.h"
 #include "ui/submission_menus.h"
@@ -35,11 +36,6 @@ QString q(const std::string& s) {
 }
 QString q(std::string_view s) {
     return QString::fromUtf8(s.data(), static_cast<qsizetype>(s.size()));
-}
-
-// Captions carry the accelerator mark of the old forms; a title does not.
-QString plain(const std::string& s) {
-    return q(s).remove('&');
 }
 
 QLabel* figureLabel(const char* name, QWidget* parent) {
@@ -58,7 +54,7 @@ EvaluationWindow::EvaluationWindow(const AppPaths& paths, Settings& settings, co
     : QWidget(parent, Qt::Window), paths_(paths), settings_(settings), texts_(texts),
       dialogs_(dialogs), clock_(clock), beeper_(beeper) {
     setObjectName("Form5");
-    setWindowTitle(plain(texts_(86)));
+    captionFromRow(*this, 86, texts_, CaptionPart::WindowTitle);
     // An unreadable or empty country list counts no countries rather than
     // refusing every call of the log.
     try {
@@ -124,7 +120,8 @@ void EvaluationWindow::buildUi() {
     middle->addWidget(grid_, 1);
 
     auto* side = new QVBoxLayout;
-    auto* stats = new QGroupBox(plain(texts_(201)), this);
+    auto* stats = new QGroupBox(this);
+    captionFromRow(*stats, 201, texts_, CaptionPart::PlainText);
     stats->setObjectName("FrameStatistik");
     auto* sg = new QGridLayout(stats);
     int row = 0;
@@ -133,14 +130,19 @@ void EvaluationWindow::buildUi() {
         sg->addWidget(value, row, 1);
         ++row;
     };
-    auto caption = [&](const QString& text) { return new QLabel(text, stats); };
+    auto caption = [&](int textRow) { return captioned<QLabel>(textRow, texts_, stats); };
+    auto colonCaption = [&](QWidget* w, int textRow) {
+        colonCaptions_.emplace_back(w, textRow);
+        return w;
+    };
     // The locator and square captions are buttons: a click shows the list.
-    auto* locCaption = new QPushButton(q(texts_(149)), stats);
+    auto* locCaption = captioned<QPushButton>(149, texts_, stats);
     locCaption->setObjectName("LabelLocatoren");
     locCaption->setFlat(true);
     locCaption->setStyleSheet("text-align: left; padding: 0;");
     connect(locCaption, &QPushButton::clicked, this, &EvaluationWindow::showLocators);
-    auto* sqCaption = new QPushButton(q(texts_(26)) + ":", stats);
+    auto* sqCaption = new QPushButton(stats);
+    colonCaption(sqCaption, 26);
     sqCaption->setObjectName("LabelGrossfelder");
     sqCaption->setFlat(true);
     sqCaption->setStyleSheet("text-align: left; padding: 0;");
@@ -155,16 +157,16 @@ void EvaluationWindow::buildUi() {
     figures_.score = figureLabel("Label19", stats);
     figures_.kmPerQso = figureLabel("Label20", stats);
     figures_.odx = figureLabel("Label21", stats);
-    add(caption(q(texts_(95)) + ":"), figures_.qsos);
-    add(caption("Score:"), figures_.score);
-    add(caption(q(texts_(163))), figures_.kmPerQso);
-    add(caption(q(texts_(169)) + ":"), figures_.odx);
-    add(caption(q(texts_(186)) + ":"), figures_.multiplier);
-    add(caption("Duper:"), figures_.dupes);
-    add(caption("ERR:"), figures_.deleted);
+    add(colonCaption(new QLabel(stats), 95), figures_.qsos);
+    add(caption(507), figures_.score);
+    add(caption(163), figures_.kmPerQso);
+    add(colonCaption(new QLabel(stats), 169), figures_.odx);
+    add(colonCaption(new QLabel(stats), 186), figures_.multiplier);
+    add(caption(508), figures_.dupes);
+    add(caption(509), figures_.deleted);
     add(locCaption, figures_.locators);
     add(sqCaption, figures_.grossfelder);
-    add(caption(q(texts_(162))), figures_.countries);
+    add(caption(162), figures_.countries);
     side->addWidget(stats);
 
     countryGrid_ = new QTableWidget(this);
@@ -181,17 +183,17 @@ void EvaluationWindow::buildUi() {
     top->addLayout(middle, 1);
 
     auto* buttons = new QHBoxLayout;
-    auto button = [&](const char* name, const QString& text, auto slot) {
-        auto* b = new QPushButton(text, this);
+    auto button = [&](const char* name, int textRow, auto slot) {
+        auto* b = captioned<QPushButton>(textRow, texts_, this);
         b->setObjectName(name);
         connect(b, &QPushButton::clicked, this, slot);
         buttons->addWidget(b);
         return b;
     };
-    button("Command1", q(texts_(86)), [this] { evaluate(); });
-    button("Command2", "EDI-Export", [this] { openEdi(); });
+    button("Command1", 86, [this] { evaluate(); });
+    button("Command2", 97, [this] { openEdi(); });
     // Printing offers the print dialog, the preview and a PDF file.
-    auto* print = button("Command3", q(texts_(98)), [] {});
+    auto* print = button("Command3", 98, [] {});
     auto* printMenu = new QMenu(print);
     printMenu->setObjectName("MnDrucken");
     auto printEntry = [&](const char* name, int text, void (EvaluationWindow::*slot)()) {
@@ -203,9 +205,9 @@ void EvaluationWindow::buildUi() {
     printEntry("MnDruckenVorschau", 1166, &EvaluationWindow::previewLog);
     printEntry("MnDruckenPDF", 1167, &EvaluationWindow::savePdf);
     print->setMenu(printMenu);
-    button("Command4", q(texts_(181)), [this] { exportText(); });
-    button("Command5", q(texts_(94)), [this] { exportAdif(); });
-    button("Command7", "QRG", [this] { qrgPanel_->open(); });
+    button("Command4", 181, [this] { exportText(); });
+    button("Command5", 94, [this] { exportAdif(); });
+    button("Command7", 173, [this] { qrgPanel_->open(); });
     buttons->addStretch(1);
     top->addLayout(buttons);
     resize(1100, 600);
@@ -391,6 +393,20 @@ void EvaluationWindow::exportAdif() {
 void EvaluationWindow::exportText() {
     if (const auto file = chosenLogFile())
         exportTextListing(exportContext(), *file);
+}
+
+void EvaluationWindow::changeEvent(QEvent* event) {
+    if (event->type() == QEvent::LanguageChange) {
+        for (const auto& [w, textRow] : colonCaptions_) {
+            const QString text = q(texts_(textRow)) + ":";
+            if (auto* b = qobject_cast<QPushButton*>(w))
+                b->setText(text);
+            else if (auto* l = qobject_cast<QLabel*>(w))
+                l->setText(text);
+        }
+        retitleGrids();
+    }
+    QWidget::changeEvent(event);
 }
 
 void EvaluationWindow::closeEvent(QCloseEvent* event) {

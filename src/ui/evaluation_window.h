@@ -7,6 +7,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "core/app/app_paths.h"
 #include "core/logstore/bands.h"
@@ -79,10 +80,13 @@ public:
 
 protected:
     void closeEvent(QCloseEvent* event) override;
+    void changeEvent(QEvent* event) override;
 
 private:
     void buildUi();
     void Grid1Set();
+    // The heads of both grids in the language in use, widths and sort kept.
+    void retitleGrids();
     void fillLogs(const std::string& select);
     void clearShown();
     void showEvaluation();
@@ -104,6 +108,8 @@ private:
     std::optional<Evaluation> ev_;
     GridSorter gridSorter_;
     GridSorter countrySorter_;
+    // Captions that are a row with ":" after it, captioned anew with the language.
+    std::vector<std::pair<QWidget*, int>> colonCaptions_;
 
     QComboBox* logBox_ = nullptr;  // Combo2
     QComboBox* bandBox_ = nullptr; // Combo1

@@ -21,31 +21,18 @@ QString plainCaption(const std::string& s) {
     return t;
 }
 
-// The keys of the window, as the key help lists them.
+// The keys of the window, as the key help lists them: the key as it stands
+// where its name has no words in it, else its row; the action's row.
 struct KeyRow {
     const char* key;
-    const char* action;
+    int keyText;
+    int action;
 };
 constexpr KeyRow kKeys[] = {
-    {"Leertaste", "Nächstes Eingabefeld"},
-    {"Umschalt+Leertaste", "Vorheriges Eingabefeld"},
-    {"Enter", "QSO übernehmen / Korrektur speichern"},
-    {"Esc", "Korrektur oder Anzeige schließen"},
-    {"F1", "Tastenbelegung"},
-    {"F2", "Letztes Rufzeichen und Locator zurückholen"},
-    {"F5 / F6", "Vorheriges / nächstes Band"},
-    {"F7", "Stationslog"},
-    {"F8", "Rufzeichen und Locator aus der Liste übernehmen"},
-    {"F9", "Nur den Locator aus der Liste übernehmen"},
-    {"F10, Strg+W", "Eingabezeile löschen"},
-    {"F11", "Früheres QSO als gelöscht markieren (Doppelverbindung)"},
-    {"F12", "CW-Fenster ein/aus"},
-    {"Strg+B, Pause", "Bake ein/aus"},
-    {"Strg+L", "Gearbeitete Grossfelder"},
-    {"Strg+N", "Name eingeben"},
-    {"Strg+O", "Operator wählen"},
-    {"Strg+Q", "QSL Yes/No"},
-    {"Strg+T", "Zeit in der Korrekturzeile"},
+    {"", 540, 520}, {"", 541, 521},      {"Enter", 0, 522}, {"Esc", 0, 523}, {"F1", 0, 524},
+    {"F2", 0, 525}, {"F5 / F6", 0, 526}, {"F7", 0, 527},    {"F8", 0, 528},  {"F9", 0, 529},
+    {"", 542, 530}, {"F11", 0, 531},     {"F12", 0, 532},   {"", 543, 533},  {"", 544, 534},
+    {"", 545, 535}, {"", 546, 536},      {"", 547, 537},    {"", 548, 538},
 };
 
 } // namespace
@@ -61,8 +48,9 @@ QDialog* makeKeyHelp(QWidget* parent, const Texts& texts) {
     table->setEditTriggers(QAbstractItemView::NoEditTriggers);
     int r = 0;
     for (const KeyRow& k : kKeys) {
-        table->setItem(r, 0, new QTableWidgetItem(QString::fromUtf8(k.key)));
-        table->setItem(r++, 1, new QTableWidgetItem(QString::fromUtf8(k.action)));
+        const QString key = k.keyText ? q(texts(k.keyText)) : QString::fromLatin1(k.key);
+        table->setItem(r, 0, new QTableWidgetItem(key));
+        table->setItem(r++, 1, new QTableWidgetItem(q(texts(k.action))));
     }
     table->resizeColumnsToContents();
     table->horizontalHeader()->setStretchLastSection(true);

@@ -81,7 +81,7 @@ LogDialog::LogDialog(Settings& settings, const AppPaths& paths, const Texts& tex
     status_ = new QLabel(this);
     status_->setObjectName("Label1");
     status_->setStyleSheet("color: #b00000; font-weight: bold;");
-    auto* create = new QPushButton("&Neues Log anlegen", this);
+    auto* create = new QPushButton(q(texts_(502)), this);
     create->setObjectName("Command4");
     auto* cancel = new QPushButton(q(texts_(11)), this);
     cancel->setObjectName("Command1");

@@ -256,7 +256,7 @@ void LookupBinding::show(const Outcome& o) {
     if (!lines.isEmpty())
         list_->setCurrentRow(0);
     list_->setUpdatesEnabled(true);
-    found_->setText(QString("%1 Calls found").arg(o.result.found));
+    found_->setText(QString::fromStdString(texts_(504)).arg(o.result.found));
     emit listShown();
 }
 

@@ -37,7 +37,7 @@ void MainMenus::buildBar(QMainWindow& window) {
         return m;
     };
 
-    QMenu* datei = menu(nullptr, "MnDatei", "&Datei");
+    QMenu* datei = menu(nullptr, "MnDatei", q(texts_(80)));
     connect(entry(datei, "MnLoadLog", true), &QAction::triggered, this,
             &MainMenus::loadLogRequested);
     datei->addSeparator();
@@ -45,7 +45,7 @@ void MainMenus::buildBar(QMainWindow& window) {
     entry(logMenu, "MnLogCopy");
     entry(logMenu, "MnLogExport");
     entry(logMenu, "MnLogImport");
-    entry(logMenu, "MnLogLöschen", false, "&Löschen");
+    entry(logMenu, "MnLogLöschen", false, q(texts_(49)));
     datei->addSeparator();
     entry(datei, "MnARRLImport");
     entry(datei, "DXCCImp");
@@ -63,16 +63,16 @@ void MainMenus::buildBar(QMainWindow& window) {
             &MainMenus::logLoeschenRequested);
     entry(datei, "MnGruppenAendern");
 
-    QMenu* auswert = menu(nullptr, "MnAuswert", "Aus&wertung");
+    QMenu* auswert = menu(nullptr, "MnAuswert", q(texts_(501)));
     entry(auswert, "Auswerten");
     entry(auswert, "MnDBCheck");
     entry(auswert, "MnEDIUpload");
     entry(auswert, "MnEDIEdit");
 
-    QMenu* statistik = menu(nullptr, "MnStatistik", "Statisti&k");
+    QMenu* statistik = menu(nullptr, "MnStatistik", q(texts_(267)));
     entry(statistik, "MnStatistikKurz");
 
-    QMenu* optionen = menu(nullptr, "MnOptionen", "&Optionen");
+    QMenu* optionen = menu(nullptr, "MnOptionen", q(texts_(81)));
     entry(optionen, "MnOptionenA");
     entry(optionen, "MnSichern")->setCheckable(true);
     timeEdit_ = entry(optionen, "MnTimeEdit", true);
@@ -81,18 +81,18 @@ void MainMenus::buildBar(QMainWindow& window) {
     timeDateEdit_ = entry(optionen, "MnTimeDateEdit", true);
     timeDateEdit_->setCheckable(true);
     connect(timeDateEdit_, &QAction::triggered, this, &MainMenus::timeDateEditToggled);
-    languageMenu_ = menu(optionen, "MnSprache", "Sprache");
+    languageMenu_ = menu(optionen, "MnSprache", q(texts_(231)));
     languageGroup_ = new QActionGroup(this);
     setLanguages({}, "<Default>");
 
-    QMenu* ansicht = menu(nullptr, "MnAnsicht", "&Ansicht");
+    QMenu* ansicht = menu(nullptr, "MnAnsicht", q(texts_(90)));
     connect(entry(ansicht, "MnODX", true), &QAction::triggered, this, &MainMenus::odxRequested);
     connect(entry(ansicht, "MnGrossF", true), &QAction::triggered, this,
             &MainMenus::squaresRequested);
     entry(ansicht, "MnCWFensterAN");
     entry(ansicht, "MnOrvantaLog");
 
-    QMenu* hilfe = menu(nullptr, "MnHilfe", "&Hilfe");
+    QMenu* hilfe = menu(nullptr, "MnHilfe", q(texts_(82)));
     connect(entry(hilfe, "MnHilfeTasten", true), &QAction::triggered, this,
             &MainMenus::keyHelpRequested);
     entry(hilfe, "MnHomepage");

@@ -36,7 +36,8 @@ constexpr CaptionRow kLayoutCaptions[] = {
     {"Frame3", 203},           {"Command4", 281},          {"EditLabelCall", 151},
     {"EditLabelRst", 152},     {"EditLabelNr", 153},       {"EditLabelRstNr", 154},
     {"EditLabelLocator", 155}, {"EditLabelQrb", 156},      {"EditLabelTime", 150},
-    {"EditLabelQsl", 157},     {"EditLabelOperator", 209},
+    {"EditLabelQsl", 157},     {"EditLabelOperator", 209}, {"Picture10", 503},
+    {"LabelMaxBake", 512},
 };
 
 } // namespace
@@ -95,13 +96,13 @@ void MainWindow::buildCentral() {
     setCentralWidget(central);
 
     // Shown on top while a band loads; the text is the program's own.
-    auto* loading = new QLabel("Loading...", central);
+    auto* loading = new QLabel(q(texts_(503)), central);
     loading->setObjectName("Picture10");
     loading->setAlignment(Qt::AlignCenter);
     loading->setFrameShape(QFrame::Box);
     loading->setAutoFillBackground(true);
     loading->setStyleSheet("#Picture10 { background: #ffffe0; font-weight: bold; }");
-    loading->resize(loading->fontMetrics().horizontalAdvance("Loading...") * 3,
+    loading->resize(loading->fontMetrics().horizontalAdvance(loading->text()) * 3,
                     loading->fontMetrics().height() * 3);
     loading->hide();
     loadingPanel_ = loading;
@@ -232,6 +233,14 @@ void MainWindow::bandBoxChanged(int index) {
 void MainWindow::Beschriften() {
     applyCaptions(*this, mainWindowCaptions(), texts_);
     applyCaptions(*this, kLayoutCaptions, texts_);
+    // The key help is written once; an open one is written anew.
+    if (keyHelp_) {
+        const bool shown = keyHelp_->isVisible();
+        delete keyHelp_;
+        keyHelp_ = nullptr;
+        if (shown)
+            showKeyHelp();
+    }
 }
 
 void MainWindow::Grid1Set() {

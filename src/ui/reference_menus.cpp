@@ -61,7 +61,8 @@ public:
 
     void importCountry(CountryFormat format) {
         const QString filter = format == CountryFormat::CtyDat ? kCtyFilter : kArrlFilter;
-        const auto file = ReferenceHooks::openFile(s_.window(), "Open...", filter);
+        const auto file =
+            ReferenceHooks::openFile(s_.window(), QString::fromStdString(s_.texts()(505)), filter);
         if (file.empty())
             return;
         guarded([&] {

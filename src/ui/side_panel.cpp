@@ -82,7 +82,6 @@ QWidget* SidePanel::buildBeaconRow() {
     auto* h = new QVBoxLayout;
     row->addLayout(h);
     QLabel* caption = makeLabel("LabelMaxBake", panel);
-    caption->setText("Max.");
     h->addWidget(caption);
     maxBake_ = new QComboBox(panel);
     maxBake_->setObjectName("Combo10");

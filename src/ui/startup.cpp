@@ -5,8 +5,11 @@
 #include <QScreen>
 
 #include "core/capture/capture.h"
+#include "core/i18n/environment_language.h"
+#include "core/i18n/language.h"
 #include "core/util/ports.h"
 #include "core/util/text.h"
+#include "ui/captions.h"
 #include "ui/capture_binding.h"
 #include "ui/features.h"
 #include "ui/main_window.h"
@@ -54,7 +57,11 @@ Startup::Outcome Startup::run() {
     paths_ = prepareDataFolder(folder_);
     settings_ = std::make_unique<Settings>(IniFile(paths_.iniPath(), &beeper_));
     texts_.loadDefaults();
-    // The question comes before any language file, in the built-in texts.
+    // The first start takes the desktop's language, and asks its question
+    // in it already; later the question comes before any language file, in
+    // the built-in texts.
+    if (adoptEnvironmentLanguage(*settings_, paths_.languagePath(), localeEnvironment(environment)))
+        loadChosenLanguage(texts_, *settings_, paths_.languagePath());
     if (!askLiability())
         return Outcome::Declined;
 
@@ -109,6 +116,8 @@ void Startup::chooseLanguage(const QString& caption) {
     window_->Beschriften();
     window_->Grid1Set();
     window_->Grid2Set();
+    // The other open windows (CW window, station log, key help) as well.
+    recaptionOpenWindows(texts_);
     window_->focusNamed("Text3");
 }
 

@@ -45,6 +45,8 @@ public:
     // Shows the chooser and tells whether it ended with a log; replaced by
     // tests, which drive the dialog without a modal loop.
     std::function<bool(LogDialog&)> runLogDialog;
+    // The desktop's locale variables, read on a first start; replaced by tests.
+    EnvLookup environment = systemEnv;
     // Shows the small chooser of `MnLoadLog`; replaced by tests in the same way.
     std::function<bool(LogFileChooser&)> runLogChooser;
 

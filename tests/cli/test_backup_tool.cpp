@@ -38,7 +38,7 @@ TEST(BackupTool, CopiesAndRefuses) {
         {{"backup", "Nothing", stick.string()},
          2,
          "Kein gültiges Log!\n" + (home / "Logs" / "Nothing.sqlite").string() + "\n"},
-        {{"backup", "Field"}, 2, "missing FOLDER (see --help)\n"},
+        {{"backup", "Field"}, 2, "Angabe fehlt: FOLDER (siehe --help)\n"},
     };
     for (const Case& c : cases) {
         const auto r = tool(c.args);

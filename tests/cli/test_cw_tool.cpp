@@ -61,7 +61,7 @@ TEST(ToolCwWav, RefusesBadSpeedsAndUnitsAndReportsUnwritableFiles) {
         {{"CQ", "--wpm", "fast", "-o", out}, 2, "Morsegeschwindigkeit"},
         {{"CQ", "--wpm", "25", "-o", out, "--lead", "-1"}, 2, "Ungültiger Wert\n--lead -1"},
         {{"CQ", "--wpm", "25", "-o", out, "--trail", "x"}, 2, "Ungültiger Wert\n--trail x"},
-        {{"CQ", "--wpm", "25"}, 2, "usage"},
+        {{"CQ", "--wpm", "25"}, 2, "Aufruf: orvanta-tool cw-wav"},
         {{"CQ", "--wpm", "25", "-o", (home / "no" / "x.wav").string()}, 1, "FEHLER"},
     };
     for (const auto& c : cases) {

@@ -9,7 +9,8 @@
 
 namespace orv::test {
 
-ToolRun runTool(const std::vector<std::string>& args, const std::string& stdinText) {
+ToolRun runTool(const std::vector<std::string>& args, const std::string& stdinText,
+                const EnvChanges& env) {
     TempDir io;
     const auto outPath = io / "out", errPath = io / "err", inPath = io / "in";
     writeFile(inPath, stdinText);
@@ -31,6 +32,11 @@ ToolRun runTool(const std::vector<std::string>& args, const std::string& stdinTe
         ::dup2(in, 0);
         ::dup2(out, 1);
         ::dup2(err, 2);
+        for (const auto& [name, value] : env)
+            if (value.empty())
+                ::unsetenv(name.c_str());
+            else
+                ::setenv(name.c_str(), value.c_str(), 1);
         ::execv(exe.c_str(), cargv.data());
         _exit(127);
     }

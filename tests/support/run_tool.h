@@ -2,6 +2,7 @@
 
 #include <filesystem>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace orv::test {
@@ -14,7 +15,10 @@ struct ToolRun {
 
 // Runs the built orvanta-tool as a separate process with the given arguments
 // (without the program name) and collects its exit status and output.
-ToolRun runTool(const std::vector<std::string>& args, const std::string& stdinText = {});
+// `env` sets variables of the tool's environment, an empty value unsetting one.
+using EnvChanges = std::vector<std::pair<std::string, std::string>>;
+ToolRun runTool(const std::vector<std::string>& args, const std::string& stdinText = {},
+                const EnvChanges& env = {});
 // The same on the data folder `home` (--home).
 inline ToolRun runToolAt(const std::filesystem::path& home, std::vector<std::string> args) {
     args.insert(args.begin(), {"--home", home.string()});

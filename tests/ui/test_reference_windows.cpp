@@ -193,7 +193,7 @@ private slots:
             "DL1ABC       JO62QM ***** BEREITS GEARBEITET *****",
         };
         QCOMPARE(listLines(list()), expected);
-        QCOMPARE(found()->text(), QString("2 Calls found"));
+        QCOMPARE(found()->text(), QString("2 Rufzeichen gefunden"));
         QCOMPARE(list()->currentRow(), 0);
 
         // A four-character locator narrows the call search.
@@ -201,7 +201,7 @@ private slots:
         edit("Text7")->setText("JO62");
         typeAndWait(edit("Text3"), "DL1");
         QCOMPARE(listLines(list()), QStringList({expected[0], expected[2]}));
-        QCOMPARE(found()->text(), QString("1 Calls found"));
+        QCOMPARE(found()->text(), QString("1 Rufzeichen gefunden"));
 
         // The locator search alone, with the grid's locator column behind.
         edit("Text3")->clear();
@@ -211,24 +211,24 @@ private slots:
         QVERIFY(list()->item(0)->text().startsWith("DK2XY        JO62RA"));
         QVERIFY(list()->item(1)->text().startsWith("DL1ABC       JO62QM"));
         QCOMPARE(list()->item(2)->text(), expected[2]);
-        QCOMPARE(found()->text(), QString("2 Calls found"));
+        QCOMPARE(found()->text(), QString("2 Rufzeichen gefunden"));
 
         // Three letters that match nothing: no lines and a count of 0.
         edit("Text7")->clear();
         edit("Text3")->clear();
         typeAndWait(edit("Text3"), "QQQ");
         QCOMPARE(list()->count(), 0);
-        QCOMPARE(found()->text(), QString("0 Calls found"));
+        QCOMPARE(found()->text(), QString("0 Rufzeichen gefunden"));
     }
 
     void laterKeyStrokeWins() {
         // Each key starts a search; only the last text's result stays.
         typeAndWait(edit("Text3"), "OE1ABC");
-        QCOMPARE(found()->text(), QString("2 Calls found"));
+        QCOMPARE(found()->text(), QString("2 Rufzeichen gefunden"));
         typeAndWait(edit("Text3"), "D");
         QCOMPARE(listLines(list()).size(), 1);
         QVERIFY(list()->item(0)->text().startsWith("OE1ABCD"));
-        QCOMPARE(found()->text(), QString("1 Calls found"));
+        QCOMPARE(found()->text(), QString("1 Rufzeichen gefunden"));
     }
 
     void keysWalkTheListAndStopTheTimers() {
@@ -240,7 +240,7 @@ private slots:
         w()->findChild<LookupBinding*>("LookupBinding")->reload();
         typeAndWait(edit("Text3"), "PA");
         QCOMPARE(list()->count(), 20);
-        QCOMPARE(found()->text(), QString("20 Calls found"));
+        QCOMPARE(found()->text(), QString("20 Rufzeichen gefunden"));
         const std::pair<Qt::Key, int> walk[] = {
             {Qt::Key_PageDown, 14}, {Qt::Key_PageDown, 19}, {Qt::Key_Down, 19}, {Qt::Key_Up, 18},
             {Qt::Key_PageUp, 4},    {Qt::Key_PageUp, 0},    {Qt::Key_Up, 0},
@@ -268,7 +268,7 @@ private slots:
         edit("Text3")->setText("PA1");
         typeAndWait(edit("Text7"), "JO22");
         QCOMPARE(list()->count(), 10); // PA10XX to PA19XX
-        QCOMPARE(found()->text(), QString("10 Calls found"));
+        QCOMPARE(found()->text(), QString("10 Rufzeichen gefunden"));
         QTest::keyPress(edit("Text7"), Qt::Key_A);
         QVERIFY(!timer8->isActive());
     }
@@ -403,7 +403,7 @@ private slots:
         QVERIFY(recorded(texts()(260)));
         typeAndWait(edit("Text3"), "DL1");
         QCOMPARE(list()->count(), 0);
-        QCOMPARE(found()->text(), QString("0 Calls found"));
+        QCOMPARE(found()->text(), QString("0 Rufzeichen gefunden"));
     }
 
     void callListImport() {

@@ -173,7 +173,7 @@ private slots:
         auto* prop = child<QComboBox>(w.get(), "Combo1");
         const int es = prop->findText("ES");
         QVERIFY(es > 0);
-        QCOMPARE(prop->itemData(es, Qt::ToolTipRole).toString(), QString("ES - Sporadic E"));
+        QCOMPARE(prop->itemData(es, Qt::ToolTipRole).toString(), QString("ES - Sporadic-E"));
         auto* mode = child<QComboBox>(w.get(), "Combo4");
         QVERIFY(mode->findText("AMTORFEC") >= 0);
         QVERIFY(child<QComboBox>(w.get(), "Combo5")->findText("SSB") >= 0);

@@ -45,6 +45,11 @@ void writeManPage(std::ostream& out) {
         << escape("else the data folder is OrvantaContest in it (default "
                   "~/.local/share/OrvantaContest)")
         << "\n"
+        << ".TP\n.B LC_ALL, LC_MESSAGES, LANG, LANGUAGE\n"
+        << escape("on a data folder without a settings file, the language of the first start: "
+                  "German the built-in texts, another language its file in Language/ (English "
+                  "where none is shipped); the C locale keeps the built-in texts")
+        << "\n"
         << ".SH FILES\n"
         << escape("In the data folder: the settings file OrvantaContest.INI, the contest logs "
                   "Logs/NAME.sqlite, the call database QBDat.sqlite, the country list "

@@ -12,18 +12,16 @@
 namespace orv::ui {
 namespace {
 
-// The lists by object name, with their captions: rows of the language table
-// where it has one, else the fixed text.
+// The lists by object name, with their captions' rows of the language table.
 struct ListRow {
     const char* control;
     int textRow;
-    const char* caption;
 };
 constexpr ListRow kLists[] = {
-    {"ListQRG", 373, ""},
-    {"ListPWR", 376, ""},
-    {"ListANT", 0, "Antenne"},
-    {"ListMyLoc", 0, "MyLocator"},
+    {"ListQRG", 373},
+    {"ListPWR", 376},
+    {"ListANT", 139},
+    {"ListMyLoc", 172},
 };
 
 QString joined(const std::vector<std::string>& v) {
@@ -51,10 +49,7 @@ QjConfigDialog::QjConfigDialog(Settings& settings, const Texts& texts, QWidget* 
     QPlainTextEdit* edits[4];
     for (int i = 0; i < 4; ++i) {
         const ListRow& r = kLists[i];
-        g->addWidget(
-            new QLabel(r.textRow ? QString::fromStdString(texts(r.textRow)) : QString(r.caption),
-                       this),
-            0, i);
+        g->addWidget(new QLabel(QString::fromStdString(texts(r.textRow)), this), 0, i);
         edits[i] = new QPlainTextEdit(this);
         edits[i]->setObjectName(r.control);
         g->addWidget(edits[i], 1, i);

@@ -1,6 +1,7 @@
 #include "ui/stationlog/station_entry_frame.h"
 
 #include <QComboBox>
+#include <QEvent>
 #include <QGridLayout>
 #include <QLabel>
 #include <QLineEdit>
@@ -8,6 +9,7 @@
 
 #include "core/i18n/texts.h"
 #include "core/stationlog/station_settings.h"
+#include "ui/captions.h"
 
 namespace orv::ui {
 namespace {
@@ -16,44 +18,25 @@ QString q(const std::string& s) {
     return QString::fromStdString(s);
 }
 
-// The boxes in the order of the table: control, field size, label. A label
-// row of the language table wins over the fixed text, which stays here until
-// the table has a row for it.
+// The boxes in the order of the table: control, field size, label row.
 struct BoxRow {
     const char* control;
     int size;
     int textRow;
-    const char* label;
 };
 constexpr BoxRow kBoxRows[] = {
-    {"Text1", 10, 0, "Datum"},     {"Text2", 8, 0, "Time"},    {"Text3", 15, 0, "Call"},
-    {"Text5", 3, 0, "RST geg"},    {"Text4", 3, 0, "RST erh"}, {"Text6", 6, 0, "Locator"},
-    {"Combo6", 15, 373, ""},       {"Combo7", 15, 374, ""},    {"Combo4", 10, 0, "TXMode"},
-    {"Combo5", 10, 0, "RXMode"},   {"Combo1", 10, 0, "Prop"},  {"Combo2", 2, 0, "QSL"},
-    {"Text7", 15, 375, ""},        {"Text8", 30, 0, "Name"},   {"Combo3", 15, 0, "opCall"},
-    {"Combo8", 6, 0, "MyLocator"}, {"Combo10", 6, 376, ""},    {"Combo9", 30, 0, "Antenne"},
-    {"Text10", 255, 0, "Notiz"},
+    {"Text1", 10, 159},  {"Text2", 8, 150},   {"Text3", 15, 151},   {"Text5", 3, 372},
+    {"Text4", 3, 371},   {"Text6", 6, 155},   {"Combo6", 15, 373},  {"Combo7", 15, 374},
+    {"Combo4", 10, 160}, {"Combo5", 10, 161}, {"Combo1", 10, 176},  {"Combo2", 2, 157},
+    {"Text7", 15, 375},  {"Text8", 30, 22},   {"Combo3", 15, 171},  {"Combo8", 6, 172},
+    {"Combo10", 6, 376}, {"Combo9", 30, 139}, {"Text10", 255, 158},
 };
 
-// Tool tips of the propagation codes.
-constexpr std::pair<const char*, const char*> kPropagationTips[] = {
-    {"AUR", "AUR - Aurora"},
-    {"AUE", "AUE - Aurora-E"},
-    {"BS", "BS - Back scatter"},
-    {"ECH", "ECH - EchoLink"},
-    {"EME", "EME - Earth-Moon-Earth"},
-    {"ES", "ES - Sporadic E"},
-    {"FAI", "FAI - Field Aligned Irregularities"},
-    {"F2", "F2 - F2 Reflection"},
-    {"INTERNET", "INTERNET - Internet-assisted"},
-    {"ION", "ION - Ionoscatter"},
-    {"IRL", "IRL - IRLP"},
-    {"MS", "MS - Meteor scatter"},
-    {"RPT", "RPT - Repeater or transponder"},
-    {"RS", "RS - Rain scatter"},
-    {"SAT", "SAT - Satellite"},
-    {"TEP", "TEP - Trans-equatorial"},
-    {"TR", "TR - Tropospheric ducting"},
+// The propagation codes with the row of their tool tip.
+constexpr std::pair<const char*, int> kPropagationTips[] = {
+    {"AUR", 550}, {"AUE", 551}, {"BS", 552},       {"ECH", 553}, {"EME", 554}, {"ES", 555},
+    {"FAI", 556}, {"F2", 557},  {"INTERNET", 558}, {"ION", 559}, {"IRL", 560}, {"MS", 561},
+    {"RPT", 562}, {"RS", 563},  {"SAT", 564},      {"TEP", 565}, {"TR", 566},
 };
 
 // The QSL states offered: no, yes, requested, queued, ignore.
@@ -76,7 +59,8 @@ void setItems(QComboBox* c, const std::vector<std::string>& items) {
 
 } // namespace
 
-StationEntryFrame::StationEntryFrame(const Texts& texts, QWidget* parent) : QFrame(parent) {
+StationEntryFrame::StationEntryFrame(const Texts& texts, QWidget* parent)
+    : QFrame(parent), texts_(texts) {
     setObjectName("Frame3");
     setFrameShape(QFrame::StyledPanel);
     auto* grid = new QGridLayout(this);
@@ -85,7 +69,7 @@ StationEntryFrame::StationEntryFrame(const Texts& texts, QWidget* parent) : QFra
         const std::string control = b.control;
         QWidget* w = control.rfind("Text", 0) == 0 ? static_cast<QWidget*>(line(b.control, b.size))
                                                    : combo(b.control, b.size);
-        auto* label = new QLabel(b.textRow ? q(texts(b.textRow)) : QString(b.label), this);
+        auto* label = captioned<QLabel>(b.textRow, texts, this);
         label->setObjectName(QString(b.control) + "Label");
         label->setBuddy(w);
         grid->addWidget(label, row, column);
@@ -122,15 +106,14 @@ StationEntryFrame::StationEntryFrame(const Texts& texts, QWidget* parent) : QFra
     txMode_->setEditText({});
     rxMode_->setEditText({});
     prop_->addItem(QString());
-    for (const auto& [code, tip] : kPropagationTips) {
+    for (const auto& [code, tip] : kPropagationTips)
         prop_->addItem(code);
-        prop_->setItemData(prop_->count() - 1, QString(tip), Qt::ToolTipRole);
-    }
+    setPropagationTips();
     prop_->setEditText({});
     for (const char* s : kQslStates)
         qsl_->addItem(s);
 
-    save_ = new QPushButton(q(texts(363)), this);
+    save_ = captioned<QPushButton>(363, texts, this);
     save_->setObjectName("Command2");
     grid->addWidget(save_, row + 1, 9);
     connect(save_, &QPushButton::clicked, this, &StationEntryFrame::saveRequested);
@@ -157,6 +140,19 @@ QComboBox* StationEntryFrame::combo(const char* control, int size) {
     connect(c->lineEdit(), &QLineEdit::returnPressed, this, &StationEntryFrame::saveRequested);
     boxes_[control] = c;
     return c;
+}
+
+void StationEntryFrame::setPropagationTips() {
+    // Item 0 is the empty entry.
+    for (int i = 0; i < static_cast<int>(std::size(kPropagationTips)); ++i)
+        prop_->setItemData(i + 1, q(texts_(kPropagationTips[static_cast<std::size_t>(i)].second)),
+                           Qt::ToolTipRole);
+}
+
+void StationEntryFrame::changeEvent(QEvent* e) {
+    if (e->type() == QEvent::LanguageChange)
+        setPropagationTips();
+    QFrame::changeEvent(e);
 }
 
 StationEntry StationEntryFrame::entry() const {

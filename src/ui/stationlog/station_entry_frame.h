@@ -53,10 +53,15 @@ signals:
     // Date or time was typed: the clock must stop.
     void clockEdited();
 
+protected:
+    void changeEvent(QEvent* e) override;
+
 private:
     QLineEdit* line(const char* control, int size);
+    void setPropagationTips();
     QComboBox* combo(const char* control, int size);
 
+    const Texts& texts_;
     std::map<std::string, QWidget*> boxes_;
     QLineEdit *date_, *time_, *call_, *rstRx_, *rstTx_, *locator_, *manager_, *name_, *note_;
     QComboBox *qrgTx_, *qrgRx_, *txMode_, *rxMode_, *prop_, *qsl_, *myCall_, *myLocator_, *power_,

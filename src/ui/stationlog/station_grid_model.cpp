@@ -2,11 +2,20 @@
 
 #include <algorithm>
 
+#include "core/i18n/texts.h"
 #include "core/stationlog/station_log.h"
 
 namespace orv::ui {
+namespace {
 
-StationGridModel::StationGridModel(QObject* parent) : QAbstractTableModel(parent) {}
+// The column heads, one row of the language table for each field of `QJLog`.
+constexpr int kHeads[kQjFieldCount] = {153, 514, 151, 372, 371, 155, 373, 374, 160, 161,
+                                       176, 157, 375, 22,  171, 172, 376, 139, 158, 515};
+
+} // namespace
+
+StationGridModel::StationGridModel(const Texts& texts, QObject* parent)
+    : QAbstractTableModel(parent), texts_(texts) {}
 
 void StationGridModel::load(StationLog* log) {
     beginResetModel();
@@ -106,7 +115,9 @@ QVariant StationGridModel::headerData(int section, Qt::Orientation o, int role) 
         return {};
     if (o == Qt::Vertical)
         return section + 1;
-    return QString::fromStdString(qjLogFields().at(static_cast<std::size_t>(section)).Name);
+    if (section < 0 || section >= kQjFieldCount)
+        return {};
+    return QString::fromStdString(texts_(kHeads[section]));
 }
 
 } // namespace orv::ui

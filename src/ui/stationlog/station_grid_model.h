@@ -10,7 +10,8 @@
 
 namespace orv {
 class StationLog;
-}
+class Texts;
+} // namespace orv
 
 namespace orv::ui {
 
@@ -21,7 +22,7 @@ namespace orv::ui {
 class StationGridModel final : public QAbstractTableModel {
     Q_OBJECT
 public:
-    explicit StationGridModel(QObject* parent = nullptr);
+    explicit StationGridModel(const Texts& texts, QObject* parent = nullptr);
 
     // Reads the numbers of `log` (nothing: no log open) and resets the view.
     void load(StationLog* log);
@@ -44,6 +45,7 @@ private:
     static constexpr int kPage = 256;
     const std::vector<StationQso>& pageOf(int row) const;
 
+    const Texts& texts_;
     StationLog* log_ = nullptr;
     std::vector<std::int64_t> numbers_;
     mutable std::map<int, std::vector<StationQso>> pages_;

@@ -18,6 +18,7 @@
 #include "core/submission/export_file.h"
 #include "core/util/ports.h"
 #include "platform/qt_dialogs.h"
+#include "ui/captions.h"
 #include "ui/stationlog/qj_config_dialog.h"
 #include "ui/stationlog/station_entry_frame.h"
 #include "ui/stationlog/station_grid_model.h"
@@ -33,23 +34,21 @@ QString q(const std::string& s) {
     return QString::fromStdString(s);
 }
 
-// The menu entries: object name, row of the language table, or the fixed
-// text where the table has none.
+// The menu entries: object name and row of the language table.
 struct MenuRow {
     const char* control;
     int textRow;
-    const char* caption;
     void (StationLogWindow::*action)();
 };
 constexpr MenuRow kMenu[] = {
-    {"MnNewLog", 12, "", &StationLogWindow::newLog},
-    {"MnOpenLog", 0, "Log öffnen", &StationLogWindow::openLog},
-    {"MnAdifExport", 419, "", &StationLogWindow::showExport},
-    {"MnDbLoesch", 214, "", &StationLogWindow::deleteOne},
-    {"MnDbGLoesch", 386, "", &StationLogWindow::showDelete},
-    {"MnOptionen", 383, "", &StationLogWindow::options},
+    {"MnNewLog", 12, &StationLogWindow::newLog},
+    {"MnOpenLog", 261, &StationLogWindow::openLog},
+    {"MnAdifExport", 419, &StationLogWindow::showExport},
+    {"MnDbLoesch", 214, &StationLogWindow::deleteOne},
+    {"MnDbGLoesch", 386, &StationLogWindow::showDelete},
+    {"MnOptionen", 383, &StationLogWindow::options},
 };
-constexpr const char* kMoveCaption = "Eingabe oben/unten";
+constexpr int kMoveCaption = 513;
 
 void removeLogFile(const fs::path& p) {
     for (const char* side : {"", "-wal", "-shm", "-journal"}) {
@@ -64,13 +63,13 @@ void removeLogFile(const fs::path& p) {
 StationLogWindow::StationLogWindow(StationLogContext ctx, QWidget* parent)
     : QMainWindow(parent), ctx_(std::move(ctx)) {
     setObjectName("QJForm1");
-    setWindowTitle(q(ctx_.texts(370)));
+    setTitle();
     auto* central = new QWidget(this);
     column_ = new QVBoxLayout(central);
     entry_ = new StationEntryFrame(ctx_.texts, central);
-    move_ = new QPushButton(kMoveCaption, central);
+    move_ = captioned<QPushButton>(kMoveCaption, ctx_.texts, central);
     move_->setObjectName("Command1");
-    model_ = new StationGridModel(this);
+    model_ = new StationGridModel(ctx_.texts, this);
     grid_ = new QTableView(central);
     grid_->setObjectName("DBGrid1");
     grid_->setModel(model_);
@@ -109,11 +108,13 @@ StationLogWindow::StationLogWindow(StationLogContext ctx, QWidget* parent)
 StationLogWindow::~StationLogWindow() = default;
 
 void StationLogWindow::buildMenus() {
-    QMenu* menu = menuBar()->addMenu(q(ctx_.texts(370)));
+    QMenu* menu = menuBar()->addMenu(QString());
     menu->setObjectName("MnQJLog");
+    captionFromRow(*menu, 370, ctx_.texts);
     for (const auto& m : kMenu) {
-        QAction* a = menu->addAction(m.textRow ? q(ctx_.texts(m.textRow)) : QString(m.caption));
+        QAction* a = menu->addAction(QString());
         a->setObjectName(m.control);
+        captionFromRow(*a, m.textRow, ctx_.texts);
         connect(a, &QAction::triggered, this, m.action);
     }
 }
@@ -150,12 +151,27 @@ void StationLogWindow::start() {
         openLog();
 }
 
+void StationLogWindow::setTitle() {
+    std::string title = ctx_.texts(370);
+    if (log_)
+        title += " - [" + log_->path().filename().string() + "]";
+    setWindowTitle(q(title));
+}
+
+void StationLogWindow::changeEvent(QEvent* e) {
+    if (e->type() == QEvent::LanguageChange) {
+        setTitle();
+        emit model_->headerDataChanged(Qt::Horizontal, 0, model_->columnCount() - 1);
+    }
+    QMainWindow::changeEvent(e);
+}
+
 void StationLogWindow::useLog(std::unique_ptr<StationLog> log) {
     log_ = std::move(log);
     editing_.reset();
     model_->load(log_.get());
     const std::string file = log_->path().filename().string();
-    setWindowTitle(q(ctx_.texts(370) + " - [" + file + "]"));
+    setTitle();
     ctx_.settings.set(keys::QJLogFile, file);
     grid_->scrollToBottom();
 }

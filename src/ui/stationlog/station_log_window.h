@@ -67,8 +67,10 @@ public:
 
 protected:
     void closeEvent(QCloseEvent* e) override;
+    void changeEvent(QEvent* e) override;
 
 private:
+    void setTitle();
     void buildMenus();
     void placeFrames();
     void useLog(std::unique_ptr<StationLog> log);

@@ -7,13 +7,10 @@
 #include <QPushButton>
 
 #include "core/i18n/texts.h"
+#include "ui/captions.h"
 
 namespace orv::ui {
 namespace {
-
-QString q(const std::string& s) {
-    return QString::fromStdString(s);
-}
 
 // Object names and text rows of the two frames.
 struct FrameRows {
@@ -32,14 +29,14 @@ RangeFrame::RangeFrame(Kind kind, const Texts& texts, QWidget* parent) : QFrame(
     setObjectName(r.frame);
     setFrameShape(QFrame::StyledPanel);
     auto* g = new QGridLayout(this);
-    auto* title = new QLabel(q(texts(r.title)), this);
+    auto* title = captioned<QLabel>(r.title, texts, this);
     title->setObjectName(QString(r.frame) + "Caption");
     g->addWidget(title, 0, 0, 1, 2);
     int row = 1;
     if (kind == Kind::Delete) {
-        g->addWidget(new QLabel(q(texts(387)), this), row++, 0, 1, 2);
+        g->addWidget(captioned<QLabel>(387, texts, this), row++, 0, 1, 2);
     } else {
-        all_ = new QCheckBox(q(texts(418)), this);
+        all_ = captioned<QCheckBox>(418, texts, this);
         all_->setObjectName("Check1");
         g->addWidget(all_, row++, 0, 1, 2);
     }
@@ -47,13 +44,13 @@ RangeFrame::RangeFrame(Kind kind, const Texts& texts, QWidget* parent) : QFrame(
     from_->setObjectName(r.fromBox);
     to_ = new QLineEdit(this);
     to_->setObjectName(r.toBox);
-    g->addWidget(new QLabel(q(texts(r.fromLabel)), this), row, 0);
+    g->addWidget(captioned<QLabel>(r.fromLabel, texts, this), row, 0);
     g->addWidget(from_, row++, 1);
-    g->addWidget(new QLabel(q(texts(r.toLabel)), this), row, 0);
+    g->addWidget(captioned<QLabel>(r.toLabel, texts, this), row, 0);
     g->addWidget(to_, row++, 1);
-    auto* start = new QPushButton(q(texts(r.startText)), this);
+    auto* start = captioned<QPushButton>(r.startText, texts, this);
     start->setObjectName(r.start);
-    auto* cancel = new QPushButton(q(texts(364)), this);
+    auto* cancel = captioned<QPushButton>(364, texts, this);
     cancel->setObjectName(r.cancel);
     g->addWidget(start, row, 0);
     g->addWidget(cancel, row, 1);

@@ -162,3 +162,22 @@ TEST(Language, ShippedFilesAreInstalledOnlyWhereMissing) {
     EXPECT_EQ(languageFiles(other.path()), (std::vector<std::string>{"ENGLISH.LNG"}));
     EXPECT_EQ(test::readFile(other / "ENGLISH.LNG"), "mine");
 }
+
+// A file written for the classic table (rows up to 425) stays valid and keeps
+// its meaning: its rows are taken, the added rows keep the built-in texts.
+TEST(Language, ClassicFileLeavesTheAddedRowsAtTheirDefaults) {
+    Fixture f;
+    const Texts german;
+    f.lng("Classic.lng", "1 = Invalid call\n425 = Band not supported!\n");
+    EXPECT_EQ(chooseLanguage(f.texts, f.settings, f.languages, "Classic.lng").status,
+              Texts::LoadStatus::Loaded);
+    EXPECT_EQ(f.texts(1), "Invalid call");
+    EXPECT_EQ(f.texts(425), "Band not supported!");
+    int added = 0;
+    for (const auto& [n, text] : builtinTexts())
+        if (n >= Texts::kFirstAddedRow) {
+            ++added;
+            ASSERT_EQ(f.texts(n), text) << n;
+        }
+    EXPECT_GT(added, 0);
+}

@@ -185,9 +185,8 @@ TEST(Texts, TemplateListsEveryRowAndReadsBackUnchanged) {
     EXPECT_NE(tpl.find("\n230 = Die Sprachdatei ist ungültig!\n"), std::string::npos);
     EXPECT_NE(tpl.find("\n499 = two\\r\\nlines\n"), std::string::npos);
     EXPECT_EQ(tpl.find("\n5 = "), std::string::npos) << "empty rows are left out";
-    // Every built-in row but the emptied one, the three set here, the header.
-    const auto builtIn = static_cast<std::ptrdiff_t>(builtinTexts().size());
-    EXPECT_EQ(std::count(tpl.begin(), tpl.end(), '\n'), 3 + builtIn - 1 + 3);
+    EXPECT_EQ(std::count(tpl.begin(), tpl.end(), '\n'),
+              3 + static_cast<long>(builtinTexts().size()) - 1 + 3);
 
     Texts back;
     for (int n = 0; n <= Texts::kMaxRow; ++n)
