@@ -24,6 +24,7 @@ home, user, password = sys.argv[1:4]
 authorizer = DummyAuthorizer()
 authorizer.add_user(user, password, home, perm="elradfmw")
 FTPHandler.authorizer = authorizer
+FTPHandler.auth_failed_timeout = 0
 server = FTPServer(("127.0.0.1", 0), FTPHandler)
 print(server.address[1], flush=True)
 server.serve_forever()
