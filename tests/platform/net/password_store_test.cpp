@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <cstdlib>
 #include <sys/stat.h>
 
 #include "core/util/file_io.h"
@@ -53,4 +54,50 @@ TEST(PasswordStore, FileOnlyTheUserCanRead) {
     const std::string before = test::readFile(file);
     EXPECT_THROW(store.save("ftp.example.org", "other", "a\nb"), fileio::FileError);
     EXPECT_EQ(test::readFile(file), before);
+}
+
+namespace {
+
+// The checks run inside a session of their own with a Secret Service.
+void keyringChecks() {
+    test::TempDir dir;
+    const auto file = PasswordStore::fileIn(dir.path());
+    // A password kept in the file from a time without keyring.
+    PasswordStore(file, false).save("ftp.example.org", "contest", "old");
+    PasswordStore store(file, true);
+    EXPECT_EQ(store.save("ftp.example.org", "contest", "im Schlüsselbund"),
+              PasswordStore::Place::Keyring);
+    EXPECT_EQ(test::readFile(file).find("old"), std::string::npos) << "the file copy stays";
+    EXPECT_EQ(PasswordStore(dir / "other.pwd", true).load("ftp.example.org", "contest"),
+              "im Schlüsselbund");
+    EXPECT_FALSE(store.load("ftp.example.org", "nobody"));
+    store.forget("ftp.example.org", "contest");
+    EXPECT_FALSE(store.load("ftp.example.org", "contest"));
+}
+
+} // namespace
+
+// With a Secret Service (GNOME Keyring in a D-Bus session of its own, its
+// files in a temporary home) the password goes to the keyring, not the file.
+TEST(PasswordStore, KeyringWhenASecretServiceRuns) {
+    if (std::getenv("ORVANTA_KEYRING_SESSION")) {
+        keyringChecks();
+        return;
+    }
+    if (!std::filesystem::exists("/usr/bin/gnome-keyring-daemon") ||
+        !std::filesystem::exists("/usr/bin/dbus-run-session"))
+        GTEST_SKIP() << "no gnome-keyring-daemon or dbus-run-session";
+    test::TempDir home;
+    const std::string self = std::filesystem::read_symlink("/proc/self/exe").string();
+    const std::string h = home.path().string();
+    const std::string command =
+        "HOME='" + h + "' XDG_DATA_HOME='" + h + "/share' XDG_RUNTIME_DIR='" + h +
+        "' ORVANTA_KEYRING_SESSION=1 /usr/bin/dbus-run-session -- /bin/sh -c "
+        "'printf x | gnome-keyring-daemon --unlock --components=secrets >/dev/null 2>&1; "
+        "exec \"$0\" --gtest_filter=PasswordStore.KeyringWhenASecretServiceRuns' '" +
+        self + "' > '" + h + "/out.txt' 2>&1";
+    const int status = std::system(command.c_str());
+    const std::string out = test::readFile(home / "out.txt");
+    EXPECT_EQ(status, 0) << out;
+    EXPECT_NE(out.find("[  PASSED  ] 1 test."), std::string::npos) << out;
 }
