@@ -197,6 +197,11 @@ private slots:
         QCOMPARE(again.findChild<QPlainTextEdit*>("Text1")->toPlainText(),
                  QString("PCall=OE1ABC\nPBand=145 MHz ä"));
         QCOMPARE(session.editorPath, s.dir / "neu.EDI");
+        // A folder that is gone: the message, and nothing written.
+        session.editorPath = s.dir / "weg" / "x.EDI";
+        QTest::mouseClick(again.findChild<QPushButton*>("Command4"), Qt::LeftButton);
+        QCOMPARE(said(), q(s.texts(1108) + "\n" + session.editorPath.string()));
+        QVERIFY(!std::filesystem::exists(s.dir / "weg"));
     }
 
     void printsTheTextAsPdf() {
