@@ -283,6 +283,28 @@ private slots:
         QCOMPARE(filesIn(home.path()), std::size_t{1});
     }
 
+    // A written file over 65,000 bytes: IText(367) instead of the editor,
+    // the editor's file forgotten, and the upload question still asked.
+    void exportTooLargeForTheEditor() {
+        Station s;
+        auto d = s.dialog(dialogs);
+        auto& session = orv::ui::ediSession(d.get());
+        session.editorPath = s.dir / "earlier.EDI";
+        d->findChild<QPlainTextEdit*>("Text1(35)")->setPlainText(QString(65000, 'r'));
+        SubmissionHooks::saveFile = [&](QWidget*, const QString&, const QString&,
+                                        const std::filesystem::path&) { return s.dir / "big"; };
+        bool editorShown = false;
+        SubmissionHooks::runModal = [&](QDialog&) { return editorShown = true; };
+        QtDialogs::queueAnswer(Answer::Yes); // IText(366): edit
+        QtDialogs::queueAnswer(Answer::No);  // IText(324): no upload
+        QTest::mouseClick(d->findChild<QPushButton*>("Command1"), Qt::LeftButton);
+        QVERIFY(std::filesystem::file_size(s.dir / "big.EDI") > 65000);
+        QVERIFY(!editorShown);
+        QVERIFY(session.editorPath.empty());
+        QCOMPARE(said(1), q(s.texts(367)));
+        QCOMPARE(said(), q(s.texts(324) + "\n" + s.texts(325)));
+    }
+
     void uploadRefusalsAndTheirMessages() {
         orv::test::TempDir home;
         orv::test::FtpServer server(home.path(), "contest", "geheim");
