@@ -138,7 +138,8 @@ void QtDialogs::queueInput(std::optional<std::string> answer) {
 }
 
 std::optional<std::string> QtDialogs::input(QWidget* parent, const std::string& prompt,
-                                            const std::string& title, const std::string& proposal) {
+                                            const std::string& title, const std::string& proposal,
+                                            bool secret) {
     if (!hook().inputs.empty() || hook().recording) {
         hook().recorded.push_back(prompt);
         if (hook().inputs.empty())
@@ -148,9 +149,9 @@ std::optional<std::string> QtDialogs::input(QWidget* parent, const std::string& 
         return a;
     }
     bool ok = false;
-    const QString text =
-        QInputDialog::getText(parent, QString::fromStdString(title), QString::fromStdString(prompt),
-                              QLineEdit::Normal, QString::fromStdString(proposal), &ok);
+    const QString text = QInputDialog::getText(
+        parent, QString::fromStdString(title), QString::fromStdString(prompt),
+        secret ? QLineEdit::Password : QLineEdit::Normal, QString::fromStdString(proposal), &ok);
     if (!ok)
         return std::nullopt;
     return text.toStdString();

@@ -32,8 +32,10 @@ public:
 
     // An input box: the typed text, or nothing on Cancel. Tests queue the
     // answers (nothing = Cancel); the prompt is recorded like a question.
+    // A `secret` box shows no characters (passwords).
     static std::optional<std::string> input(QWidget* parent, const std::string& prompt,
-                                            const std::string& title, const std::string& proposal);
+                                            const std::string& title, const std::string& proposal,
+                                            bool secret = false);
     static void queueInput(std::optional<std::string> answer);
 
 private:

@@ -14,10 +14,15 @@
 
 #include "core/i18n/texts.h"
 #include "core/settings/settings.h"
+#include "core/submission/edi_editor.h"
+#include "core/submission/edi_upload.h"
 #include "core/submission/evaluation.h"
 #include "core/submission/export_file.h"
+#include "core/util/file_io.h"
 #include "core/util/ports.h"
 #include "core/util/text.h"
+#include "ui/edi_editor.h"
+#include "ui/edi_upload.h"
 #include "ui/submission_menus.h"
 
 namespace orv::ui {
@@ -150,12 +155,10 @@ void EdiDialog::buildUi() {
     templateButton_->setObjectName("Command3");
     templateButton_->setAutoDefault(false);
     connect(templateButton_, &QPushButton::clicked, this, &EdiDialog::saveTemplate);
-    // The upload to the contest server is not part of the program yet; the
-    // button stands hidden where it will go.
-    auto* upload = new QPushButton(q(texts_(326)), this);
+    auto* upload = new QPushButton(q(uploadCaption(texts_, settings_.get(keys::UploadHost))), this);
     upload->setObjectName("Command4");
-    upload->setEnabled(false);
-    upload->setVisible(false);
+    upload->setAutoDefault(false);
+    connect(upload, &QPushButton::clicked, this, &EdiDialog::upload);
     for (QPushButton* b : {write, cancel, templateButton_, upload})
         buttons->addWidget(b);
     outer->addLayout(buttons);
@@ -246,9 +249,45 @@ void EdiDialog::writeFile() {
             return;
         }
         dialogs_.inform(savedMessage(texts_, *written), Icon::Information);
+        afterWriting(*written);
     } catch (const std::exception& e) {
         dialogs_.inform(texts_(10) + "\n" + e.what(), Icon::Critical);
     }
+}
+
+void EdiDialog::afterWriting(const std::filesystem::path& written) {
+    EdiSession& session = ediSession(this);
+    bool edit =
+        dialogs_.ask(texts_(366), Buttons::YesNo, Icon::Question, Answer::Yes) == Answer::Yes;
+    std::error_code ec;
+    if (std::filesystem::file_size(written, ec) > kEdiEditorLimit || ec) {
+        dialogs_.inform(texts_(367), Icon::Information);
+        session.editorPath.clear();
+        edit = false;
+    }
+    if (edit) {
+        try {
+            const Result<EdiEditorText> loaded = loadEdiEditor(written);
+            if (loaded) {
+                session.editorPath = written;
+                session.editorText = *loaded;
+                EdiEditor editor(session, texts_, dialogs_, paths_, this);
+                SubmissionHooks::runModal(editor);
+            }
+        } catch (const fileio::FileError& e) {
+            dialogs_.inform(texts_(10) + "\n" + e.what(), Icon::Critical);
+        }
+    }
+    // Enter does not send: the upload needs the connection the question warns of.
+    if (dialogs_.ask(texts_(324) + "\n" + texts_(325), Buttons::YesNoCancel, Icon::Question,
+                     Answer::No) == Answer::Yes) {
+        uploadPath_ = written;
+        upload();
+    }
+}
+
+void EdiDialog::upload() {
+    sendEdiFile(this, settings_, texts_, dialogs_, paths_, uploadPath_);
 }
 
 void EdiDialog::saveTemplate() {

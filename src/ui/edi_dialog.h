@@ -44,9 +44,12 @@ public:
     // Choosing a band in `Combo2`: the evaluation window follows, then the
     // band's template and its figures fill the boxes.
     void chooseBand(int band);
-    // `Command1`: writes the file. `Command3`: stores the band's template.
+    // `Command1`: writes the file, then offers the editor and the upload.
+    // `Command3`: stores the band's template. `Command4`: uploads the file
+    // just written, or one the user chooses.
     void writeFile();
     void saveTemplate();
+    void upload();
 
     void done(int r) override;
 
@@ -58,6 +61,7 @@ private:
     void templateCaption();
     std::string cwMode() const;
     QWidget* box(int i) const;
+    void afterWriting(const std::filesystem::path& written);
 
     Settings& settings_;
     const Texts& texts_;
@@ -69,6 +73,7 @@ private:
     QPlainTextEdit* remarks_ = nullptr;         // Text1(35)
     QComboBox* bandBox_ = nullptr;              // Combo2
     QPushButton* templateButton_ = nullptr;     // Command3
+    std::filesystem::path uploadPath_;          // the file `Command4` sends next
 };
 
 } // namespace orv::ui

@@ -6,6 +6,8 @@
 
 #include "core/i18n/texts.h"
 #include "core/logstore/contest_log.h"
+#include "ui/edi_editor.h"
+#include "ui/edi_upload.h"
 #include "ui/evaluation_window.h"
 #include "ui/group_change_dialog.h"
 #include "ui/lookup_binding.h"
@@ -100,6 +102,19 @@ void openGroupChange(Startup& s) {
     SubmissionHooks::runModal(d);
 }
 
+// The editor with the text it had when it was last closed.
+void openEdiEditor(Startup& s) {
+    MainWindow* w = s.window();
+    EdiEditor d(ediSession(w), s.texts(), s.dialogs(), s.paths(), w);
+    SubmissionHooks::runModal(d);
+}
+
+// The menu has no file of its own: every upload asks for one.
+void openEdiUpload(Startup& s) {
+    std::filesystem::path none;
+    sendEdiFile(s.window(), s.settings(), s.texts(), s.dialogs(), s.paths(), none);
+}
+
 } // namespace
 
 std::function<std::filesystem::path(QWidget*, const QString&, const QString&,
@@ -132,6 +147,8 @@ void installSubmissionMenus(Startup& startup) {
     bind("Auswerten", &openEvaluation);
     bind("MnStatistikKurz", &openStatistics);
     bind("MnGruppenAendern", &openGroupChange);
+    bind("MnEDIEdit", &openEdiEditor);
+    bind("MnEDIUpload", &openEdiUpload);
 }
 
 } // namespace orv::ui

@@ -35,7 +35,8 @@ struct SubmissionHooks {
 };
 
 // Enables and connects the menu entries of the evaluation (`Auswerten`), the
-// statistics (`MnStatistikKurz`) and the group changes (`MnGruppenAendern`).
+// statistics (`MnStatistikKurz`), the group changes (`MnGruppenAendern`) and
+// the EDI editor and upload (`MnEDIEdit`, `MnEDIUpload`).
 void installSubmissionMenus(Startup& startup);
 
 } // namespace orv::ui

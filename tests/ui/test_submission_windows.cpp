@@ -307,6 +307,9 @@ private slots:
                 QCOMPARE(edi.findChild<QComboBox*>("Combo2")->currentText(), QString("145 MHz"));
             }();
             edi.findChild<QLineEdit*>("Text1(4)")->setText("Wien");
+            // Neither the editor nor the upload after the file is written.
+            QtDialogs::queueAnswer(Answer::No);
+            QtDialogs::queueAnswer(Answer::No);
             QTest::mouseClick(edi.findChild<QPushButton*>("Command1"), Qt::LeftButton);
             d.reject();
             return 0;
@@ -335,9 +338,16 @@ private slots:
             "260502;1204;OE3XYZ;1;59;0004;59;0004;;JN88EF;1900;;;;",
         };
         QCOMPARE(qsos, expected);
-        // The saved message with the path, and the boxes kept on closing.
-        QCOMPARE(QString::fromStdString(QtDialogs::recorded().back()),
+        // The saved message with the path, the questions for the editor and
+        // the upload, and the boxes kept on closing.
+        const auto& said = QtDialogs::recorded();
+        QVERIFY(said.size() >= 3);
+        QCOMPARE(QString::fromStdString(said[said.size() - 3]),
                  QString::fromStdString(s.texts(183) + "\n" + file.string()));
+        QCOMPARE(QString::fromStdString(said[said.size() - 2]),
+                 QString::fromStdString(s.texts(366)));
+        QCOMPARE(QString::fromStdString(said.back()),
+                 QString::fromStdString(s.texts(324) + "\n" + s.texts(325)));
         QCOMPARE(QString::fromStdString(orv::IniFile(s.paths.iniPath()).getStr("EDiExport", "Ex4")),
                  QString("Wien"));
     }

@@ -1,0 +1,30 @@
+#pragma once
+
+#include <filesystem>
+#include <string>
+#include <sys/types.h>
+
+namespace orv::test {
+
+// A real FTP server (pyftpdlib under the Debian interpreter) on 127.0.0.1
+// for the test's lifetime, with one account whose start folder is `home`.
+class FtpServer {
+public:
+    FtpServer(const std::filesystem::path& home, const std::string& user,
+              const std::string& password);
+    ~FtpServer();
+    FtpServer(const FtpServer&) = delete;
+    FtpServer& operator=(const FtpServer&) = delete;
+
+    // 0 when the server did not come up (pyftpdlib missing).
+    int port() const { return port_; }
+
+private:
+    pid_t pid_ = -1;
+    int port_ = 0;
+};
+
+// A port on 127.0.0.1 where nothing listens (just bound and closed again).
+int closedPort();
+
+} // namespace orv::test
