@@ -30,6 +30,8 @@
 #include "ui/cw_binding.h"
 #include "ui/log_chooser.h"
 #include "ui/main_window.h"
+#include "ui/options/options_dialog.h"
+#include "ui/options/options_menu.h"
 #include "ui/reference_menus.h"
 #include "ui/startup.h"
 #include "ui/submission_menus.h"
@@ -257,6 +259,14 @@ private slots:
         orv::ui::SubmissionHooks::saveFile = orv::ui::SubmissionHooks::openFile;
         QCOMPARE(s.run(), Startup::Outcome::Run);
         orv::ui::MainWindow* w = s.window();
+        auto* options = w->findChild<orv::ui::OptionsMenu*>("OptionsMenu");
+        QVERIFY(options);
+        options->ports = [] {
+            return std::vector<orv::ui::PortOffer>{{"/dev/ttyUSB0", "USB serial"}};
+        };
+        options->run = [&](orv::ui::OptionsDialog& d) {
+            texts.collect(current + ": " + d.objectName(), &d);
+        };
         // The keying windows as the program binds them.
         auto* cw = new orv::ui::CwBinding(
             *w, {s.texts(), s.settings(), dialogs, port, keyer, player, s.paths()}, clock);
@@ -315,6 +325,9 @@ private slots:
                              a->trigger();
              },
              "QjConfig"},
+            {"options", trigger("MnOptionenA"), "Form4"},
+            {"EDI editor", trigger("MnEDIEdit"), "Form16"},
+            {"log folders", trigger("MnLogExport"), "Form17"},
         };
         for (const Step& step : walk) {
             current = step.name;
