@@ -1,5 +1,6 @@
 #include "core/capture/band_state.h"
 
+#include <algorithm>
 #include <cmath>
 #include <cstdio>
 #include <cstring>
@@ -70,9 +71,39 @@ void BandState::load(int band, std::vector<QsoRow> rows, const BandTotals& total
     ODX = totals.odx;
     ODXNr = totals.odxNr;
     rebuildIndex();
+    settle();
+}
+
+void BandState::settle() {
+    const auto byNumber = [](const GridRow& a, const GridRow& b) {
+        return a.qso.qsoNr != b.qso.qsoNr ? a.qso.qsoNr < b.qso.qsoNr : a.qso.rowId < b.qso.rowId;
+    };
+    if (!std::is_sorted(rows_.begin(), rows_.end(), byNumber)) {
+        std::sort(rows_.begin(), rows_.end(), byNumber);
+        rebuildIndex();
+    }
+    PGesamt = stored.pGesamt;
+    ODX = stored.odx;
+    ODXNr = stored.odxNr;
     LastQSONr = rows_.empty() ? 0 : rows_.back().qso.qsoNr;
     const std::int64_t live = LastQSONr - deleted_;
     kmPerQso_ = (PGesamt + LastQSONr < 1 || PGesamt < 1 || live <= 0) ? 0 : PGesamt / live;
+}
+
+std::size_t BandState::memoryBytes() const {
+    auto str = [](const std::string& t) {
+        // Short texts live inside the string object itself.
+        return t.capacity() > 15 ? t.capacity() + 1 : 0;
+    };
+    std::size_t n = sizeof(*this) + rows_.capacity() * sizeof(GridRow) + worked_.capacity() +
+                    str(grossfeldListe_);
+    for (const GridRow& r : rows_) {
+        const QsoRow& q = r.qso;
+        for (const std::string* t : {&q.call, &q.locator, &q.rstGeg, &q.rstErh, &q.notice, &q.mod,
+                                     &q.name, &q.modRx, &q.ausBr, &q.opCall, &r.bearing})
+            n += str(*t);
+    }
+    return n;
 }
 
 long BandState::findRow(std::int64_t qsoNr) const {
