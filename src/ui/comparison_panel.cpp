@@ -229,8 +229,8 @@ void ComparisonPanel::addRecordRow(const QBDatEntry& e, std::uint32_t recordNr) 
             text = q(e.Locator());
         else if (c >= 3 && c < 3 + kBandCount)
             text = QString::number(e.counters[static_cast<std::size_t>(c - 3)]);
-        else if (c == 13 && e.lastDate.year >= 1900)
-            text = dateText(e.lastDate);
+        else if (c == 13 && e.lastDate().year >= 1900)
+            text = dateText(e.lastDate());
         auto* item = new QTableWidgetItem(text);
         if (c >= 3 && c < 3 + kBandCount)
             item->setTextAlignment(Qt::AlignCenter);

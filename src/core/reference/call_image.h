@@ -19,16 +19,31 @@
 // of the flat strings `QBDatCalls` and `QBDatLocs`.
 namespace orv {
 
-// One record of `QBDatListe`. Null fields read as blanks or 0.
+// One record of `QBDatListe`, 72 bytes, so that a national list of a
+// million calls stays small in memory. Null fields read as blanks or 0.
 struct QBDatEntry {
-    std::array<char, 16> call{}; // up to 15 characters, then zeros
-    std::array<char, 8> loc{};   // up to 6 characters, then zeros
-    std::int64_t rowid = 0;
+    std::array<char, kCallSize> call{};   // up to 15 characters, then zeros
+    std::array<char, kLocatorSize> loc{}; // up to 6 characters, then zeros
     std::array<std::int32_t, kBandCount> counters{};
-    DateTime lastDate; // 1899-12-30 when the field is empty
+    // `LastDate` as days since 1970 and seconds of the day; 1899-12-30 when
+    // the field is empty.
+    std::int32_t lastDay = kNoDay;
+    std::int32_t lastSecond = 0;
 
-    std::string_view Call() const { return std::string_view(call.data()); }
-    std::string_view Locator() const { return std::string_view(loc.data()); }
+    static constexpr std::int32_t kNoDay = -25569;
+
+    std::string_view Call() const { return text(call); }
+    std::string_view Locator() const { return text(loc); }
+    DateTime lastDate() const;
+    void setLastDate(const DateTime& d);
+
+private:
+    template <std::size_t N> static std::string_view text(const std::array<char, N>& a) {
+        std::size_t n = 0;
+        while (n < N && a[n] != 0)
+            ++n;
+        return std::string_view(a.data(), n);
+    }
 };
 
 // Lets the window stop a search that a newer key stroke made useless: each
@@ -69,9 +84,13 @@ struct CallSearchResult {
 class QBDatImage {
 public:
     QBDatImage() = default;
+    // Thrown by load() when it was asked to stop.
+    struct Cancelled {};
     // Load: reads every record in call order and builds the indexes. A
-    // missing file or table gives an empty image. Throws sql::Error.
-    static QBDatImage load(const std::filesystem::path& dbPath);
+    // missing file or table gives an empty image. Throws sql::Error, and
+    // Cancelled soon after `stop` becomes true.
+    static QBDatImage load(const std::filesystem::path& dbPath,
+                           const std::atomic<bool>* stop = nullptr);
     static QBDatImage fromRecords(const std::vector<CallRecord>& records);
 
     std::size_t size() const { return entries_.size(); }
@@ -86,9 +105,13 @@ public:
     std::string WriteInList(std::uint32_t n) const;
 
     std::size_t indexBytes() const { return calls_.memoryBytes() + locs_.memoryBytes(); }
+    // The records and the indexes.
+    std::size_t memoryBytes() const {
+        return entries_.capacity() * sizeof(QBDatEntry) + indexBytes();
+    }
 
 private:
-    void buildIndexes();
+    void buildIndexes(const std::atomic<bool>* stop);
 
     std::vector<QBDatEntry> entries_;
     GramIndex calls_;

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <atomic>
 #include <cstdint>
 #include <span>
 #include <string_view>
@@ -17,14 +18,21 @@ namespace orv {
 
 class GramIndex {
 public:
-    // `textOf(i)` gives text i for i in [0, count).
-    template <class TextOf> void build(std::size_t count, TextOf textOf) {
+    // `textOf(i)` gives text i for i in [0, count). Returns false, with the
+    // index left incomplete, when `stop` became true on the way.
+    template <class TextOf>
+    bool build(std::size_t count, TextOf textOf, const std::atomic<bool>* stop = nullptr) {
+        auto stopped = [stop](std::size_t i) {
+            return i % 65536 == 0 && stop && stop->load(std::memory_order_relaxed);
+        };
         std::vector<std::uint32_t> biCount(kBi + 1, 0), triCount(kTri + 1, 0);
         uni_.fill(0);
         std::array<std::uint32_t, kSymbols> uniSeen;
         uniSeen.fill(kNone);
         std::vector<std::uint32_t> biSeen(kBi, kNone), triSeen(kTri, kNone);
         for (std::size_t i = 0; i < count; ++i) {
+            if (stopped(i))
+                return false;
             const auto id = static_cast<std::uint32_t>(i);
             forEachGram(textOf(i), [&](std::uint32_t a, std::uint32_t b, std::uint32_t c, int n) {
                 if (n == 1 && uniSeen[a] != id) {
@@ -50,6 +58,8 @@ public:
         std::fill(biSeen.begin(), biSeen.end(), kNone);
         std::fill(triSeen.begin(), triSeen.end(), kNone);
         for (std::size_t i = 0; i < count; ++i) {
+            if (stopped(i))
+                return false;
             const auto id = static_cast<std::uint32_t>(i);
             forEachGram(textOf(i), [&](std::uint32_t, std::uint32_t b, std::uint32_t c, int n) {
                 if (n == 2 && biSeen[b] != id) {
@@ -61,6 +71,7 @@ public:
                 }
             });
         }
+        return true;
     }
 
     // How the candidates of one typed part are found.
