@@ -128,7 +128,8 @@ void LookupBinding::reload() {
             QMetaObject::invokeMethod(
                 this, [this, number, o = std::move(o)] { loaded(number, o); },
                 Qt::QueuedConnection);
-        });
+        },
+        beforeLoad);
 }
 
 std::shared_ptr<const QBDatImage> LookupBinding::readyImage() {

@@ -62,6 +62,10 @@ public:
     // without the database (the comparison), which then waits for it.
     std::shared_ptr<const QBDatImage> readyImage();
 
+    // Runs on the loader's thread before a load reads anything; tests hold
+    // a load there to type while it runs.
+    static inline std::function<void()> beforeLoad;
+
     // The lines shown at most; the counter counts every record found.
     static constexpr std::size_t kMaxListLines = 500;
 

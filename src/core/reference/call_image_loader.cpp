@@ -2,8 +2,12 @@
 
 namespace orv {
 
-CallImageLoader::CallImageLoader(std::filesystem::path dbPath, std::function<void(Outcome)> done)
-    : thread_([this, path = std::move(dbPath), done = std::move(done)] {
+CallImageLoader::CallImageLoader(std::filesystem::path dbPath, std::function<void(Outcome)> done,
+                                 std::function<void()> beforeRead)
+    : thread_([this, path = std::move(dbPath), done = std::move(done),
+               before = std::move(beforeRead)] {
+          if (before)
+              before();
           Outcome out;
           try {
               out.image = std::make_shared<const QBDatImage>(QBDatImage::load(path, &stop_));

@@ -23,7 +23,10 @@ public:
     };
     // `done` runs on the loader's thread once, unless the loader is
     // destroyed first; it must only hand the outcome over to its own thread.
-    CallImageLoader(std::filesystem::path dbPath, std::function<void(Outcome)> done);
+    // `beforeRead`, when given, runs on the loader's thread before anything
+    // is read (tests hold the load there).
+    CallImageLoader(std::filesystem::path dbPath, std::function<void(Outcome)> done,
+                    std::function<void()> beforeRead = {});
     ~CallImageLoader();
     // Waits for the load to end; `done` has run when this returns, unless
     // the load was cancelled.
