@@ -124,7 +124,8 @@ void LookupBinding::reload() {
     found_->setText(q(texts_(1200)));
     const std::uint64_t number = ++loadNumber_;
     loader_ = std::make_unique<CallImageLoader>(
-        paths_.callDbPath(), [this, number](CallImageLoader::Outcome o) {
+        paths_.callDbPath(),
+        [this, number](CallImageLoader::Outcome o) {
             QMetaObject::invokeMethod(
                 this, [this, number, o = std::move(o)] { loaded(number, o); },
                 Qt::QueuedConnection);

@@ -43,9 +43,7 @@ class TestBandMemory : public QObject, orv::test::RunningWindow {
     Q_OBJECT
 
     QListWidget* list() { return w->findChild<QListWidget*>("List1"); }
-    QString found() {
-        return list()->parentWidget()->findChild<QLabel*>("Label11")->text();
-    }
+    QString found() { return list()->parentWidget()->findChild<QLabel*>("Label11")->text(); }
     LookupBinding* lookup() { return w->findChild<LookupBinding*>("LookupBinding"); }
 
 private slots:
