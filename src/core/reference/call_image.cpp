@@ -64,13 +64,45 @@ void checkStop(const std::atomic<bool>* stop) {
 
 } // namespace
 
-DateTime QBDatEntry::lastDate() const {
-    return DateTime::fromSecondsSinceEpoch(std::int64_t{lastDay} * 86400 + lastSecond);
+namespace {
+const std::int64_t kWhenBase = DateTime{1, 1, 1, 0, 0, 0}.secondsSinceEpoch();
+} // namespace
+
+void QBDatImage::pack(Packed& p, const std::array<std::int32_t, kBandCount>& counters,
+                      const DateTime& last) {
+    const bool small = std::all_of(counters.begin(), counters.end(),
+                                   [](std::int32_t v) { return v >= 0 && v < 0xFFFF; });
+    if (small) {
+        for (std::size_t b = 0; b < kBandCount; ++b)
+            p.counters[b] = static_cast<std::uint16_t>(counters[b]);
+    } else {
+        const auto at = static_cast<std::uint32_t>(overflow_.size());
+        overflow_.push_back(counters);
+        p.flags |= Packed::kOverflow;
+        p.counters[0] = static_cast<std::uint16_t>(at & 0xFFFF);
+        p.counters[1] = static_cast<std::uint16_t>(at >> 16);
+    }
+    const auto when = static_cast<std::uint64_t>(
+        std::clamp<std::int64_t>(last.secondsSinceEpoch() - kWhenBase, 0, (1LL << 48) - 1));
+    p.when = {static_cast<std::uint16_t>(when), static_cast<std::uint16_t>(when >> 16),
+              static_cast<std::uint16_t>(when >> 32)};
 }
 
-void QBDatEntry::setLastDate(const DateTime& d) {
-    lastDay = static_cast<std::int32_t>(d.dayNumber());
-    lastSecond = d.hour * 3600 + d.minute * 60 + d.second;
+QBDatEntry QBDatImage::record(std::uint32_t n) const {
+    const Packed& p = entries_.at(n - 1);
+    QBDatEntry e;
+    e.call = p.call;
+    e.loc = p.loc;
+    if (p.flags & Packed::kOverflow) {
+        e.counters = overflow_.at(p.counters[0] | std::uint32_t{p.counters[1]} << 16);
+    } else {
+        for (std::size_t b = 0; b < kBandCount; ++b)
+            e.counters[b] = p.counters[b];
+    }
+    const std::uint64_t when =
+        p.when[0] | std::uint64_t{p.when[1]} << 16 | std::uint64_t{p.when[2]} << 32;
+    e.last = DateTime::fromSecondsSinceEpoch(static_cast<std::int64_t>(when) + kWhenBase);
+    return e;
 }
 
 QBDatImage QBDatImage::load(const fs::path& dbPath, const std::atomic<bool>* stop) {
@@ -116,13 +148,14 @@ QBDatImage QBDatImage::load(const fs::path& dbPath, const std::atomic<bool>* sto
     while ((rc = sqlite3_step(st.get())) == SQLITE_ROW) {
         if (image.entries_.size() % kCancelCheckEvery == 0)
             checkStop(stop);
-        QBDatEntry& e = image.entries_.emplace_back();
+        Packed& e = image.entries_.emplace_back();
         setText(e.call, columnText(st.get(), 1));
         setText(e.loc, columnText(st.get(), 2));
+        std::array<std::int32_t, kBandCount> counters;
         for (int b = 0; b < kBandCount; ++b)
-            e.counters[static_cast<std::size_t>(b)] = sqlite3_column_int(st.get(), 3 + b);
-        if (auto d = DateTime::fromStorage(columnText(st.get(), 13)))
-            e.setLastDate(*d);
+            counters[static_cast<std::size_t>(b)] = sqlite3_column_int(st.get(), 3 + b);
+        image.pack(e, counters,
+                   DateTime::fromStorage(columnText(st.get(), 13)).value_or(DateTime{}));
     }
     if (rc != SQLITE_DONE)
         throw sql::Error(sqlite3_errmsg(rawDb), rc);
@@ -137,12 +170,10 @@ QBDatImage QBDatImage::fromRecords(const std::vector<CallRecord>& records) {
     QBDatImage image;
     image.entries_.reserve(records.size());
     for (const auto& r : records) {
-        QBDatEntry& e = image.entries_.emplace_back();
+        Packed& e = image.entries_.emplace_back();
         setText(e.call, r.Call);
         setText(e.loc, r.Locator);
-        e.counters = r.counters;
-        if (r.LastDate)
-            e.setLastDate(*r.LastDate);
+        image.pack(e, r.counters, r.LastDate.value_or(DateTime{}));
     }
     image.buildIndexes(nullptr);
     return image;
@@ -154,13 +185,13 @@ void QBDatImage::buildIndexes(const std::atomic<bool>* stop) {
     // pass), then each bucket is sorted on its own, which also gives the
     // cancel check a place between buckets.
     const std::size_t n = entries_.size();
-    auto bucketOf = [](const QBDatEntry& e) {
+    auto bucketOf = [](const Packed& e) {
         return static_cast<std::size_t>(static_cast<unsigned char>(e.call[0])) << 8 |
                static_cast<unsigned char>(e.call[1]);
     };
     constexpr std::size_t kBuckets = 1 << 16;
     std::vector<std::uint32_t> start(kBuckets + 1, 0);
-    for (const QBDatEntry& e : entries_)
+    for (const Packed& e : entries_)
         ++start[bucketOf(e) + 1];
     for (std::size_t b = 1; b <= kBuckets; ++b)
         start[b] += start[b - 1];
@@ -189,7 +220,7 @@ void QBDatImage::buildIndexes(const std::atomic<bool>* stop) {
     for (std::size_t s = 0; s < from.size(); ++s) {
         if (from[s] == s)
             continue;
-        QBDatEntry moving = entries_[s];
+        Packed moving = entries_[s];
         std::size_t at = s;
         while (from[at] != s) {
             const std::size_t next = from[at];
@@ -234,7 +265,7 @@ CallSearchResult QBDatImage::search(const CallSearch& query, const CancelToken& 
     const bool single = callPart.empty() || locPart.empty();
 
     auto matches = [&](std::uint32_t i) {
-        const QBDatEntry& e = entries_[i];
+        const Packed& e = entries_[i];
         return (callPart.empty() || contains(e.Call(), callPart)) &&
                (locPart.empty() || contains(e.Locator(), locPart));
     };
@@ -243,39 +274,47 @@ CallSearchResult QBDatImage::search(const CallSearch& query, const CancelToken& 
             result.records.push_back(i + 1);
     };
 
+    // Walks the candidates in record order, the list's or every record,
+    // until `visit` returns false; a newer key stroke stops it.
+    auto walkCandidates = [&](auto visit) {
+        std::size_t k = 0;
+        auto step = [&](std::uint32_t i) {
+            if (k++ % kCancelCheckEvery == 0 && cancel.cancelled()) {
+                result.cancelled = true;
+                return false;
+            }
+            return visit(i);
+        };
+        if (drive.kind == GramIndex::Plan::List) {
+            drive.list.forEach(step);
+            return;
+        }
+        for (std::uint32_t i = 0; i < n; ++i)
+            if (!step(i))
+                return;
+    };
+
     if (single && drive.countKnown) {
         // The count is known from the index; only the first lines are needed.
         result.found = drive.knownCount;
-        if (drive.kind == GramIndex::Plan::List) {
-            for (std::size_t k = 0;
-                 k < drive.list.size() && result.records.size() < query.maxRecords; ++k)
-                result.records.push_back(drive.list[k] + 1);
-            return result;
-        }
-        for (std::uint32_t i = 0; i < n && result.records.size() < query.maxRecords; ++i) {
-            if (i % kCancelCheckEvery == 0 && cancel.cancelled()) {
-                result.cancelled = true;
-                return result;
-            }
-            if (matches(i))
+        const bool exact = drive.kind == GramIndex::Plan::List && drive.exact;
+        walkCandidates([&](std::uint32_t i) {
+            if (result.records.size() >= query.maxRecords)
+                return false;
+            if (exact || matches(i))
                 take(i);
-        }
+            return true;
+        });
         return result;
     }
 
-    const std::size_t steps = drive.kind == GramIndex::Plan::List ? drive.list.size() : n;
-    for (std::size_t k = 0; k < steps; ++k) {
-        if (k % kCancelCheckEvery == 0 && cancel.cancelled()) {
-            result.cancelled = true;
-            return result;
-        }
-        const auto i =
-            drive.kind == GramIndex::Plan::List ? drive.list[k] : static_cast<std::uint32_t>(k);
+    walkCandidates([&](std::uint32_t i) {
         if (matches(i)) {
             ++result.found;
             take(i);
         }
-    }
+        return true;
+    });
     return result;
 }
 
