@@ -12,8 +12,8 @@
 #include <QComboBox>
 #include <QLineEdit>
 #include <QTableView>
-#include <QVBoxLayout>
 #include <QTest>
+#include <QVBoxLayout>
 #include <algorithm>
 #include <chrono>
 #include <cstdlib>
