@@ -401,11 +401,10 @@ void CaptureBinding::setRateSettings(int zeitbereich, int zeigerMax) {
 }
 
 void CaptureBinding::tickRate() {
-    std::vector<DateTime> times;
-    times.reserve(capture_.state().rows().size());
-    for (const GridRow& r : capture_.state().rows())
-        times.push_back(r.qso.datTime);
-    window_.setRate(readRate(times, capture_.logNow(), zeitbereich_, zeigerMax_));
+    const auto& rows = capture_.state().rows();
+    window_.setRate(readRate(
+        rows.size(), [&rows](std::size_t i) { return rows[i].qso.datTime; }, capture_.logNow(),
+        zeitbereich_, zeigerMax_));
 }
 
 } // namespace orv::ui

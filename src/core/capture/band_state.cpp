@@ -61,11 +61,16 @@ void BandState::load(int band, std::vector<QsoRow> rows, const BandTotals& total
                      const std::string& ownLocator, bool antenneKomma) {
     band_ = band;
     rows_.clear();
+
     rows_.reserve(rows.size());
     for (auto& q : rows) {
         std::string bearing = bearingText(ownLocator, q.locator, antenneKomma);
         rows_.push_back(GridRow{std::move(q), std::move(bearing)});
     }
+    // The file gives them in QSONr order; a caller's list is checked once.
+    ordered_ = std::is_sorted(rows_.begin(), rows_.end(), [](const GridRow& a, const GridRow& b) {
+        return a.qso.qsoNr != b.qso.qsoNr ? a.qso.qsoNr < b.qso.qsoNr : a.qso.rowId < b.qso.rowId;
+    });
     stored = totals;
     PGesamt = totals.pGesamt;
     ODX = totals.odx;
@@ -78,9 +83,10 @@ void BandState::settle() {
     const auto byNumber = [](const GridRow& a, const GridRow& b) {
         return a.qso.qsoNr != b.qso.qsoNr ? a.qso.qsoNr < b.qso.qsoNr : a.qso.rowId < b.qso.rowId;
     };
-    if (!std::is_sorted(rows_.begin(), rows_.end(), byNumber)) {
+    if (!ordered_) {
         std::sort(rows_.begin(), rows_.end(), byNumber);
         rebuildIndex();
+        ordered_ = true;
     }
     PGesamt = stored.pGesamt;
     ODX = stored.odx;
@@ -143,6 +149,12 @@ void BandState::writeSlot(std::size_t index, const GridRow& row) {
 }
 
 void BandState::appendRow(GridRow row) {
+    if (!rows_.empty()) {
+        const QsoRow& last = rows_.back().qso;
+        if (row.qso.qsoNr < last.qsoNr ||
+            (row.qso.qsoNr == last.qsoNr && row.qso.rowId < last.rowId))
+            ordered_ = false;
+    }
     rows_.push_back(std::move(row));
     const GridRow& r = rows_.back();
     worked_.resize(rows_.size() * kSlot);

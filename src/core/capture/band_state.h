@@ -101,6 +101,8 @@ private:
 
     int band_ = -1;
     std::vector<GridRow> rows_;
+    // False once a row was appended out of QSONr order; settle() sorts then.
+    bool ordered_ = true;
     std::string grossfeldListe_;
     int grossfeldZahl_ = 0;
     int deleted_ = 0;
