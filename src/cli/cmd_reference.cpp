@@ -189,7 +189,7 @@ int runCompare(Context& ctx, const Args& args) {
             ctx.out << "\t" << e.Call() << "\t" << e.Locator();
             for (auto v : e.counters)
                 ctx.out << "\t" << v;
-            ctx.out << "\t" << (e.lastDate.year >= 1900 ? date(e.lastDate) : "") << "\n";
+            ctx.out << "\t" << (e.lastDate().year >= 1900 ? date(e.lastDate()) : "") << "\n";
         }
     }
     return kOk;

@@ -51,12 +51,17 @@ CaptureBinding::CaptureBinding(MainWindow& window, Capture& capture, ContestLog&
     window_.onResolveDuplicate = [this] { guarded([this] { resolveDuplicate(); }); };
     window_.onSquareWindow = [this] { showSquareWindow(); };
     connect(&window_, &MainWindow::bandChanged, this, [this](int band) {
-        window_.setLoading(true);
+        // A band held in memory is swapped in at once; only a read from the
+        // file is worth the panel.
+        const bool reading = !capture_.holds(band);
+        if (reading)
+            window_.setLoading(true);
         guarded([this, band] {
             capture_.selectBand(band);
             showBand();
         });
-        window_.setLoading(false);
+        if (reading)
+            window_.setLoading(false);
     });
     connect(&window_, &MainWindow::locatorEdited, this, &CaptureBinding::preview);
     connect(&window_, &MainWindow::editLocatorEdited, this, &CaptureBinding::editPreview);
@@ -86,6 +91,15 @@ CaptureBinding::CaptureBinding(MainWindow& window, Capture& capture, ContestLog&
     connect(timer7_, &QTimer::timeout, this, &CaptureBinding::tickRate);
     timer7_->start();
 
+    // Another process (the tool, another position) may write the log while
+    // the window stands: a cheap look at the file's version every second.
+    watch_ = new QTimer(this);
+    watch_->setObjectName("LogWatch");
+    watch_->setInterval(1000);
+    connect(watch_, &QTimer::timeout, this,
+            [this] { guarded([this] { showIfChangedElsewhere(); }); });
+    watch_->start();
+
     const auto withQsos = log_.bandsWithQsos();
     for (int b = 0; b < kBandCount; ++b)
         window_.setBandHasQsos(b, withQsos[static_cast<std::size_t>(b)]);
@@ -96,6 +110,24 @@ CaptureBinding::CaptureBinding(MainWindow& window, Capture& capture, ContestLog&
     // band shown, later only what a commit stores, never a band change.
     window_.setLast(QString::fromStdString(capture_.lastCall()),
                     QString::fromStdString(capture_.lastLocator()));
+    // The other bands with QSOs are read while the operator works, so that
+    // the first visit of each is a swap as well.
+    capture_.preloadBands([this] {
+        QMetaObject::invokeMethod(
+            this, [this] { capture_.adoptLoaded(); }, Qt::QueuedConnection);
+    });
+}
+
+void CaptureBinding::showIfChangedElsewhere() {
+    if (!capture_.refreshIfChangedElsewhere())
+        return;
+    // Rows may have come or gone under a correction in hand.
+    if (window_.editLineOpen())
+        window_.closeEditLine(false);
+    const auto withQsos = log_.bandsWithQsos();
+    for (int b = 0; b < kBandCount; ++b)
+        window_.setBandHasQsos(b, withQsos[static_cast<std::size_t>(b)]);
+    showBand();
 }
 
 void CaptureBinding::guarded(const std::function<void()>& work) {
@@ -114,6 +146,8 @@ void CaptureBinding::guarded(const std::function<void()>& work) {
 }
 
 CaptureBinding::~CaptureBinding() {
+    // The worker hands its bands to this object: it stops first.
+    capture_.stopPreload();
     // The grid must not ask a capture that is going away for its cells.
     window_.logGrid().setRows({});
     window_.onCommit = nullptr;
@@ -367,11 +401,10 @@ void CaptureBinding::setRateSettings(int zeitbereich, int zeigerMax) {
 }
 
 void CaptureBinding::tickRate() {
-    std::vector<DateTime> times;
-    times.reserve(capture_.state().rows().size());
-    for (const GridRow& r : capture_.state().rows())
-        times.push_back(r.qso.datTime);
-    window_.setRate(readRate(times, capture_.logNow(), zeitbereich_, zeigerMax_));
+    const auto& rows = capture_.state().rows();
+    window_.setRate(readRate(
+        rows.size(), [&rows](std::size_t i) { return rows[i].qso.datTime; }, capture_.logNow(),
+        zeitbereich_, zeigerMax_));
 }
 
 } // namespace orv::ui

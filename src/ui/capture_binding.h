@@ -66,6 +66,8 @@ private:
     void checkCall(const QString& call, bool testDuplicate);
     void resolveDuplicate();
     void showFigures();
+    // The log was written by another process or writer: the band anew.
+    void showIfChangedElsewhere();
     void refreshRow(long row);
     QString bearingOf(const std::string& typed, const std::string& fallback) const;
 
@@ -77,6 +79,7 @@ private:
     Dialogs& dialogs_;
     Settings* settings_;
     QTimer* timer7_ = nullptr;
+    QTimer* watch_ = nullptr;
     int zeitbereich_ = 60;
     int zeigerMax_ = 10;
     long long duplicateNr_ = 0;

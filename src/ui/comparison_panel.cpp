@@ -229,8 +229,8 @@ void ComparisonPanel::addRecordRow(const QBDatEntry& e, std::uint32_t recordNr) 
             text = q(e.Locator());
         else if (c >= 3 && c < 3 + kBandCount)
             text = QString::number(e.counters[static_cast<std::size_t>(c - 3)]);
-        else if (c == 13 && e.lastDate.year >= 1900)
-            text = dateText(e.lastDate);
+        else if (c == 13 && e.lastDate().year >= 1900)
+            text = dateText(e.lastDate());
         auto* item = new QTableWidgetItem(text);
         if (c >= 3 && c < 3 + kBandCount)
             item->setTextAlignment(Qt::AlignCenter);
@@ -248,13 +248,13 @@ ComparisonPanel::RowKind ComparisonPanel::rowKind(int row) const {
     return static_cast<RowKind>(grid_->item(row, 0)->data(kKindRole).toInt());
 }
 
-const QBDatEntry* ComparisonPanel::recordOf(int row) const {
+std::optional<QBDatEntry> ComparisonPanel::recordOf(int row) const {
     if (rowKind(row) != RowKind::Record || !shown_)
-        return nullptr;
+        return std::nullopt;
     const auto n = static_cast<std::uint32_t>(grid_->item(row, 0)->data(kKeyRole).toLongLong());
     if (n < 1 || n > shown_->size())
-        return nullptr;
-    return &shown_->record(n);
+        return std::nullopt;
+    return shown_->record(n);
 }
 
 QMenu* ComparisonPanel::menuFor(int row) {
@@ -323,7 +323,7 @@ void ComparisonPanel::editQso(int row) {
 }
 
 void ComparisonPanel::takeRecord(int row, bool call, bool locator) {
-    const QBDatEntry* e = recordOf(row);
+    const std::optional<QBDatEntry> e = recordOf(row);
     if (!e || !window_.editLineOpen())
         return;
     auto* callField = window_.findChild<QLineEdit*>("Text33");
@@ -338,7 +338,7 @@ void ComparisonPanel::takeRecord(int row, bool call, bool locator) {
 }
 
 void ComparisonPanel::noteRecord(int row) {
-    if (const QBDatEntry* e = recordOf(row))
+    if (const std::optional<QBDatEntry> e = recordOf(row))
         noteForEditor(paths_, std::string(e->Call()), std::string(e->Locator()));
 }
 

@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 
 #include "core/app/app_paths.h"
@@ -59,7 +60,7 @@ private:
     void addSeparator();
     void addQsoRow(const QsoRow& qso, int band);
     void addRecordRow(const QBDatEntry& e, std::uint32_t recordNr);
-    const QBDatEntry* recordOf(int row) const;
+    std::optional<QBDatEntry> recordOf(int row) const;
     void editQso(int row);
     void qsoCorrected(const QString& call, const QString& locator);
     void takeRecord(int row, bool call, bool locator);

@@ -2,6 +2,8 @@
 
 #include <QBrush>
 #include <QColor>
+#include <stdexcept>
+#include <string>
 
 #include "core/i18n/texts.h"
 
@@ -52,37 +54,42 @@ int LogGridModel::columnTwips(int column) {
 void LogGridModel::setRows(std::vector<Row> rows) {
     beginResetModel();
     source_ = nullptr;
-    rows_.clear();
-    rows_.reserve(rows.size());
-    for (Row& r : rows)
-        rows_.emplace_back(std::move(r));
+    made_.clear();
+    count_ = static_cast<int>(rows.size());
+    for (int r = 0; r < count_; ++r)
+        made_.emplace(r, std::move(rows[static_cast<std::size_t>(r)]));
     endResetModel();
 }
 
 void LogGridModel::setSource(int count, std::function<Row(int)> cellsOf) {
     beginResetModel();
     source_ = std::move(cellsOf);
-    rows_.clear();
-    rows_.resize(static_cast<std::size_t>(std::max(0, count)));
+    made_.clear();
+    count_ = std::max(0, count);
     endResetModel();
 }
 
 const LogGridModel::Row& LogGridModel::row(int r) const {
-    std::optional<Row>& slot = rows_.at(static_cast<std::size_t>(r));
-    if (!slot)
-        slot = source_ ? source_(r) : Row{};
-    return *slot;
+    if (r < 0 || r >= count_)
+        throw std::out_of_range("log grid row " + std::to_string(r));
+    auto it = made_.find(r);
+    if (it == made_.end())
+        it = made_.emplace(r, source_ ? source_(r) : Row{}).first;
+    return it->second;
 }
 
 void LogGridModel::appendRow(Row row) {
-    const int at = static_cast<int>(rows_.size());
+    const int at = count_;
     beginInsertRows({}, at, at);
-    rows_.emplace_back(std::move(row));
+    made_[at] = std::move(row);
+    ++count_;
     endInsertRows();
 }
 
 void LogGridModel::updateRow(int r, Row cells) {
-    rows_.at(static_cast<std::size_t>(r)) = std::move(cells);
+    if (r < 0 || r >= count_)
+        throw std::out_of_range("log grid row " + std::to_string(r));
+    made_[r] = std::move(cells);
     emit dataChanged(index(r, 0), index(r, kColumns - 1));
 }
 
@@ -92,7 +99,7 @@ bool LogGridModel::isDeleted(int r) const {
 }
 
 int LogGridModel::rowCount(const QModelIndex& parent) const {
-    return parent.isValid() ? 0 : static_cast<int>(rows_.size());
+    return parent.isValid() ? 0 : count_;
 }
 
 int LogGridModel::columnCount(const QModelIndex& parent) const {

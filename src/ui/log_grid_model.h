@@ -5,6 +5,7 @@
 #include <array>
 #include <functional>
 #include <optional>
+#include <unordered_map>
 #include <vector>
 
 namespace orv {
@@ -66,8 +67,10 @@ public:
     QVariant headerData(int section, Qt::Orientation o, int role) const override;
 
 private:
-    // Rows made so far; the others are made from `source_` on demand.
-    mutable std::vector<std::optional<Row>> rows_;
+    int count_ = 0;
+    // Rows made so far; the others are made from `source_` on demand. A
+    // band change then allocates nothing per row of the band.
+    mutable std::unordered_map<int, Row> made_;
     std::function<Row(int)> source_;
     QStringList headers_;
 };

@@ -108,24 +108,56 @@ LookupBinding::LookupBinding(MainWindow& window, const AppPaths& paths, const Te
 }
 
 LookupBinding::~LookupBinding() {
-    // A search in flight sees the generation move on and stops; its result
-    // is never delivered, since this object is its receiver.
+    // A load in flight stops at its next check; a search in flight sees the
+    // generation move on. Neither result is delivered, since this object is
+    // their receiver.
+    loader_.reset();
     generation_.next();
     pool_.waitForDone();
 }
 
 void LookupBinding::reload() {
+    // The database changed: what is in memory is never searched again.
     generation_.next();
-    QApplication::setOverrideCursor(Qt::WaitCursor);
-    try {
-        image_ = std::make_shared<const QBDatImage>(QBDatImage::load(paths_.callDbPath()));
-    } catch (const std::exception& e) {
-        image_ = std::make_shared<const QBDatImage>();
-        QApplication::restoreOverrideCursor();
-        dialogs_.inform(texts_(10) + "\n" + e.what(), Icon::Critical);
+    loader_.reset();
+    image_ = std::make_shared<const QBDatImage>();
+    found_->setText(q(texts_(1200)));
+    const std::uint64_t number = ++loadNumber_;
+    loader_ = std::make_unique<CallImageLoader>(
+        paths_.callDbPath(),
+        [this, number](CallImageLoader::Outcome o) {
+            QMetaObject::invokeMethod(
+                this, [this, number, o = std::move(o)] { loaded(number, o); },
+                Qt::QueuedConnection);
+        },
+        beforeLoad);
+}
+
+std::shared_ptr<const QBDatImage> LookupBinding::readyImage() {
+    if (loader_) {
+        loader_->wait();
+        // The outcome waits in this object's queue: take it now.
+        QCoreApplication::sendPostedEvents(this, QEvent::MetaCall);
+    }
+    return image_;
+}
+
+void LookupBinding::loaded(std::uint64_t number, const CallImageLoader::Outcome& o) {
+    if (number != loadNumber_)
+        return;
+    loader_.reset();
+    image_ = o.image ? o.image : std::make_shared<const QBDatImage>();
+    if (found_->text() == q(texts_(1200)))
+        found_->clear();
+    emit imageLoaded();
+    if (!o.error.empty()) {
+        pending_.reset();
+        dialogs_.inform(texts_(10) + "\n" + o.error, Icon::Critical);
         return;
     }
-    QApplication::restoreOverrideCursor();
+    // The key typed while the list was loading is answered now.
+    if (const auto kind = std::exchange(pending_, std::nullopt))
+        startSearch(*kind);
 }
 
 void LookupBinding::offerReload() {
@@ -214,6 +246,11 @@ void LookupBinding::startSearch(Kind kind) {
         return;
     if (kind == Kind::Call && text::length(base.callPart) < 2)
         return;
+    if (loading()) {
+        pending_ = kind;
+        found_->setText(q(texts_(1200)));
+        return;
+    }
     base.generation = generation_.next();
     const CancelToken cancel(generation_, base.generation);
     pool_.start([this, cancel, o = std::move(base)]() mutable {

@@ -5,11 +5,13 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
 #include "core/app/app_paths.h"
 #include "core/reference/call_image.h"
+#include "core/reference/call_image_loader.h"
 
 class QLabel;
 class QListWidget;
@@ -35,6 +37,10 @@ class MainWindow;
 // key stroke takes a new search generation, which stops a search in flight,
 // and a result that arrives for an old generation is thrown away. Typing
 // therefore never waits for the list.
+//
+// The image itself is built on a loader thread: the window takes keys at
+// once, the found counter says that the list is loading, and the search of
+// the last key typed meanwhile runs as soon as the image is there.
 class LookupBinding final : public QObject {
     Q_OBJECT
 public:
@@ -43,12 +49,22 @@ public:
                   std::function<Capture*()> capture);
     ~LookupBinding() override;
 
-    // Load: reads the call database into memory anew. A file that cannot be
-    // read leaves an empty image and shows the reason.
+    // Load: reads the call database into memory anew, on the loader thread.
+    // From here on the old image is no longer searched. A file that cannot
+    // be read leaves an empty image and shows the reason.
     void reload();
+    bool loading() const { return loader_ != nullptr; }
     // After a change of the database: IText(260), and the reload on Yes.
     void offerReload();
+    // The image as it stands: empty while a load runs.
     std::shared_ptr<const QBDatImage> image() const { return image_; }
+    // The image once the load in flight is done: for work that cannot do
+    // without the database (the comparison), which then waits for it.
+    std::shared_ptr<const QBDatImage> readyImage();
+
+    // Runs on the loader's thread before a load reads anything; tests hold
+    // a load there to type while it runs.
+    static inline std::function<void()> beforeLoad;
 
     // The lines shown at most; the counter counts every record found.
     static constexpr std::size_t kMaxListLines = 500;
@@ -60,6 +76,8 @@ public:
 signals:
     // A search result is in the list.
     void listShown();
+    // The image of a load is in place (or the load failed).
+    void imageLoaded();
 
 private:
     enum class Kind { Call, Locator };
@@ -69,6 +87,7 @@ private:
     void typed(Kind kind);
     void startSearch(Kind kind);
     void show(const Outcome& outcome);
+    void loaded(std::uint64_t load, const CallImageLoader::Outcome& outcome);
     void moveSelection(int key);
     void contextMenu(const QPoint& pos);
     void takeRow(int key);
@@ -94,6 +113,11 @@ private:
 
     SearchGeneration generation_;
     QThreadPool pool_;
+    // The load in flight, its number (an outcome of an earlier one is
+    // dropped) and the search a key asked for meanwhile.
+    std::unique_ptr<CallImageLoader> loader_;
+    std::uint64_t loadNumber_ = 0;
+    std::optional<Kind> pending_;
 };
 
 } // namespace orv::ui

@@ -192,7 +192,7 @@ void installReferenceMenus(Startup& s) {
         new LookupBinding(*w, s.paths(), s.texts(), s.dialogs(), [&s] { return s.capture(); });
     ComparisonPanel::Sources sources;
     sources.capture = [&s] { return s.capture(); };
-    sources.image = [lookup] { return lookup->image(); };
+    sources.image = [lookup] { return lookup->readyImage(); };
     sources.logName = [&s] { return s.log() ? s.log()->path().stem().string() : std::string(); };
     new ComparisonPanel(*w, s.paths(), s.texts(), std::move(sources));
 

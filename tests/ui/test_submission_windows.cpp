@@ -658,12 +658,12 @@ private slots:
         // offers the reload, and Yes loads the main window's image anew.
         auto* lookup = w->findChild<orv::ui::LookupBinding*>("LookupBinding");
         QVERIFY(lookup);
-        QCOMPARE(lookup->image()->size(), std::size_t{0});
+        QCOMPARE(lookup->readyImage()->size(), std::size_t{0});
         QtDialogs::queueAnswer(Answer::Yes);
         ev->close();
         QCOMPARE(QString::fromStdString(QtDialogs::recorded().back()),
                  QString::fromStdString(s.texts()(260)));
-        QCOMPARE(lookup->image()->size(), std::size_t{3});
+        QCOMPARE(lookup->readyImage()->size(), std::size_t{3});
     }
 };
 

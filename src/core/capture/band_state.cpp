@@ -1,5 +1,6 @@
 #include "core/capture/band_state.h"
 
+#include <algorithm>
 #include <cmath>
 #include <cstdio>
 #include <cstring>
@@ -60,19 +61,55 @@ void BandState::load(int band, std::vector<QsoRow> rows, const BandTotals& total
                      const std::string& ownLocator, bool antenneKomma) {
     band_ = band;
     rows_.clear();
+
     rows_.reserve(rows.size());
     for (auto& q : rows) {
         std::string bearing = bearingText(ownLocator, q.locator, antenneKomma);
         rows_.push_back(GridRow{std::move(q), std::move(bearing)});
     }
+    // The file gives them in QSONr order; a caller's list is checked once.
+    ordered_ = std::is_sorted(rows_.begin(), rows_.end(), [](const GridRow& a, const GridRow& b) {
+        return a.qso.qsoNr != b.qso.qsoNr ? a.qso.qsoNr < b.qso.qsoNr : a.qso.rowId < b.qso.rowId;
+    });
     stored = totals;
     PGesamt = totals.pGesamt;
     ODX = totals.odx;
     ODXNr = totals.odxNr;
     rebuildIndex();
+    settle();
+}
+
+void BandState::settle() {
+    const auto byNumber = [](const GridRow& a, const GridRow& b) {
+        return a.qso.qsoNr != b.qso.qsoNr ? a.qso.qsoNr < b.qso.qsoNr : a.qso.rowId < b.qso.rowId;
+    };
+    if (!ordered_) {
+        std::sort(rows_.begin(), rows_.end(), byNumber);
+        rebuildIndex();
+        ordered_ = true;
+    }
+    PGesamt = stored.pGesamt;
+    ODX = stored.odx;
+    ODXNr = stored.odxNr;
     LastQSONr = rows_.empty() ? 0 : rows_.back().qso.qsoNr;
     const std::int64_t live = LastQSONr - deleted_;
     kmPerQso_ = (PGesamt + LastQSONr < 1 || PGesamt < 1 || live <= 0) ? 0 : PGesamt / live;
+}
+
+std::size_t BandState::memoryBytes() const {
+    auto str = [](const std::string& t) {
+        // Short texts live inside the string object itself.
+        return t.capacity() > 15 ? t.capacity() + 1 : 0;
+    };
+    std::size_t n = sizeof(*this) + rows_.capacity() * sizeof(GridRow) + worked_.capacity() +
+                    str(grossfeldListe_);
+    for (const GridRow& r : rows_) {
+        const QsoRow& q = r.qso;
+        for (const std::string* t : {&q.call, &q.locator, &q.rstGeg, &q.rstErh, &q.notice, &q.mod,
+                                     &q.name, &q.modRx, &q.ausBr, &q.opCall, &r.bearing})
+            n += str(*t);
+    }
+    return n;
 }
 
 long BandState::findRow(std::int64_t qsoNr) const {
@@ -112,6 +149,12 @@ void BandState::writeSlot(std::size_t index, const GridRow& row) {
 }
 
 void BandState::appendRow(GridRow row) {
+    if (!rows_.empty()) {
+        const QsoRow& last = rows_.back().qso;
+        if (row.qso.qsoNr < last.qsoNr ||
+            (row.qso.qsoNr == last.qsoNr && row.qso.rowId < last.rowId))
+            ordered_ = false;
+    }
     rows_.push_back(std::move(row));
     const GridRow& r = rows_.back();
     worked_.resize(rows_.size() * kSlot);

@@ -16,6 +16,10 @@ namespace orv {
 struct GridRow {
     QsoRow qso;
     std::string bearing;
+    // Every field, and the row's place in the file as well.
+    bool operator==(const GridRow& o) const {
+        return qso == o.qso && qso.rowId == o.qso.rowId && bearing == o.bearing;
+    }
 };
 
 inline constexpr int kGridColumns = 18;
@@ -76,6 +80,18 @@ public:
     // rows, as every change of a row does.
     void rebuildIndex();
 
+    // What a band change shows when it comes back to this band: the rows in
+    // QSONr order (a QSO committed with a smaller serial moves to its place),
+    // the totals as `MyData` stores them, and the last serial and km per QSO
+    // computed as a fresh load computes them. Costs nothing unless a row
+    // came out of order.
+    void settle();
+
+    // Equal in every field, the index of worked calls included.
+    bool operator==(const BandState&) const = default;
+    // Bytes held on the heap and in the object, as far as it can tell.
+    std::size_t memoryBytes() const;
+
     // Rows whose call contains `typed` (live rows only: deleted rows hold a
     // blank slot), in grid order, each row once.
     std::vector<std::size_t> workedMatches(std::string_view typed) const;
@@ -85,6 +101,8 @@ private:
 
     int band_ = -1;
     std::vector<GridRow> rows_;
+    // False once a row was appended out of QSONr order; settle() sorts then.
+    bool ordered_ = true;
     std::string grossfeldListe_;
     int grossfeldZahl_ = 0;
     int deleted_ = 0;

@@ -26,15 +26,10 @@ CaptureConfig captureConfigFrom(Settings& settings, const MyDataRow& myData) {
 
 Capture::Capture(ContestLog& log, CaptureConfig config, Clock& clock, Dialogs& dialogs,
                  const Texts& texts)
-    : log_(log), config_(std::move(config)), clock_(clock), dialogs_(dialogs), texts_(texts) {}
+    : log_(log), config_(std::move(config)), clock_(clock), dialogs_(dialogs), texts_(texts),
+      seenVersion_(log.dataVersion()), seenChanges_(log.totalChanges()) {}
 
-void Capture::selectBand(int band) {
-    state_.load(band, log_.rows(band), log_.totals(band), config_.ownLocator, config_.antenneKomma);
-    if (!state_.rows().empty()) {
-        lastCall_ = state_.rows().back().qso.call;
-        lastLocator_ = state_.rows().back().qso.locator;
-    }
-}
+Capture::~Capture() = default;
 
 DateTime Capture::logNow() const {
     return clock_.now().addHours(config_.zeitPlusMinus);
@@ -97,7 +92,7 @@ CommitResult Capture::Uebernehmen(EntryRow& row) {
         totals.odx = q->qrb;
         totals.odxNr = q->qsoNr;
     }
-    q->rowId = log_.addQso(state_.band(), *q, totals);
+    q->rowId = ownWrite([&] { return log_.addQso(state_.band(), *q, totals); });
 
     // The file holds the QSO; the state follows.
     state_.stored = totals;

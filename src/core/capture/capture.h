@@ -2,12 +2,14 @@
 
 #include <array>
 #include <functional>
+#include <memory>
 #include <optional>
 #include <set>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "core/capture/band_loader.h"
 #include "core/capture/band_state.h"
 #include "core/i18n/texts.h"
 #include "core/logstore/contest_log.h"
@@ -94,13 +96,49 @@ class Capture {
 public:
     Capture(ContestLog& log, CaptureConfig config, Clock& clock, Dialogs& dialogs,
             const Texts& texts);
+    ~Capture();
 
-    // Band change: loads the band's rows and its stored totals.
+    // Band change: the band's rows and its stored totals, as a fresh load
+    // from the file gives them. A band held in memory is swapped in, any
+    // other is read now; the band left stays held.
     void selectBand(int band);
     int band() const { return state_.band(); }
     const BandState& state() const { return state_; }
     const CaptureConfig& config() const { return config_; }
-    void setConfig(CaptureConfig c) { config_ = std::move(c); }
+    // The bearings of held bands follow the own locator: they are dropped.
+    void setConfig(CaptureConfig c);
+
+    // --- bands held in memory (capture_bands.cpp) ------------------------------
+    // Every change through this capture keeps the held bands equal to a fresh
+    // load; changes made by any other writer are noticed and the bands are
+    // read again.
+    //
+    // Loads every band with QSOs that is not held yet on a worker thread.
+    // `ready` runs on that thread each time a band is loaded and must only
+    // ask the capture's own thread to call adoptLoaded().
+    void preloadBands(std::function<void()> ready);
+    // Stops the worker (waiting at most for the band in hand).
+    void stopPreload();
+    // Waits until the worker has loaded every band asked for and takes them
+    // (tests and benchmarks).
+    void waitForPreload();
+    // Takes what the worker loaded, unless the band changed since it was
+    // asked for. Returns the number of bands taken.
+    int adoptLoaded();
+    // Whether the file was changed by another connection (another process,
+    // another position) or by a writer on this connection other than the
+    // capture since the last look. If so every held band is dropped, the
+    // selected one is read again and the others are queued for the worker.
+    bool refreshIfChangedElsewhere();
+    // Drops the bands that another writer changed; the selected band among
+    // them is read again at the next selectBand(). The way in for writers
+    // that tell which bands they touched.
+    void bandsChangedElsewhere(const std::array<bool, kBandCount>& touched);
+    // What a band change to `band` would show now, when it is in memory.
+    std::optional<BandState> bandAsShown(int band) const;
+    bool holds(int band) const;
+    // What the held bands, the selected one included, take in memory.
+    std::size_t heldBytes() const;
 
     // Log time: the computer's clock plus `ZeitPlusMinus` hours.
     DateTime logNow() const;
@@ -181,6 +219,19 @@ private:
     void markRow(std::size_t row, bool deleted);
     void updateKmPerQsoAfterRebuild();
     void changed();
+    // Runs a write of the log and counts its rows as the capture's own, so
+    // that only the rows of other writers count as changes elsewhere.
+    template <class Write> auto ownWrite(Write&& write) {
+        const std::int64_t before = log_.totalChanges();
+        struct Count {
+            Capture& c;
+            std::int64_t before;
+            ~Count() { c.seenChanges_ += c.log_.totalChanges() - before; }
+        } count{*this, before};
+        return write();
+    }
+    bool noticeChangesElsewhere();
+    void requestPreload();
 
     ContestLog& log_;
     CaptureConfig config_;
@@ -188,6 +239,15 @@ private:
     Dialogs& dialogs_;
     const Texts& texts_;
     BandState state_;
+    // True when the selected band's state no longer matches the file.
+    bool stale_ = false;
+    std::array<std::optional<BandState>, kBandCount> held_;
+    // Moves on with every change of a band made elsewhere: a band the worker
+    // read before it is not taken.
+    std::array<std::uint64_t, kBandCount> generation_{};
+    std::int64_t seenVersion_ = 0;
+    std::int64_t seenChanges_ = 0;
+    std::unique_ptr<BandLoader> loader_;
     std::string lastCall_, lastLocator_;
 };
 

@@ -79,7 +79,7 @@ void Capture::markRow(std::size_t row, bool deleted) {
     // found one, so the last deletion leaves the stored ODX as it was.
     const Walk w = walk(row, &q);
     const BandTotals totals = storedAfter(w, state_.stored, !deleted);
-    log_.setErrQso(state_.band(), q.rowId, deleted, totals);
+    ownWrite([&] { log_.setErrQso(state_.band(), q.rowId, deleted, totals); });
     state_.mutableRows()[row].qso.errQso = deleted;
     applyWalk(w, totals);
     changed();
@@ -177,7 +177,7 @@ Status Capture::UebernehmenEdit(std::size_t row, const EditRow& edit) {
         w = walk(row, &q);
         totals = storedAfter(*w, totals, false);
     }
-    log_.updateQso(state_.band(), q.rowId, q, totals);
+    ownWrite([&] { log_.updateQso(state_.band(), q.rowId, q, totals); });
 
     GridRow& g = state_.mutableRows()[row];
     g.qso = q;
@@ -194,7 +194,10 @@ bool Capture::MnLogLoeschen() {
         return false;
     if (dialogs_.ask(texts_(255), Buttons::OkCancel, Icon::Warning, Answer::Cancel) != Answer::Ok)
         return false;
-    log_.emptyBand(state_.band());
+    const int band = state_.band();
+    ownWrite([&] { log_.emptyBand(band); });
+    // What is in memory follows the file: an empty band with Null totals.
+    state_.load(band, {}, log_.totals(band), config_.ownLocator, config_.antenneKomma);
     changed();
     return true;
 }

@@ -21,16 +21,24 @@ RgbColor rateColor(long long count, int zeigerMax) {
 
 std::optional<RateReading> readRate(const std::vector<DateTime>& times, DateTime now,
                                     int zeitbereichMinutes, int zeigerMax) {
-    if (times.empty())
+    return readRate(
+        times.size(), [&times](std::size_t i) { return times[i]; }, now, zeitbereichMinutes,
+        zeigerMax);
+}
+
+std::optional<RateReading> readRate(std::size_t rows,
+                                    const std::function<DateTime(std::size_t)>& timeOf,
+                                    DateTime now, int zeitbereichMinutes, int zeigerMax) {
+    if (rows == 0)
         return std::nullopt;
     const DateTime limit = now.addSeconds(-std::int64_t{zeitbereichMinutes} * 60);
     long long count = 0;
-    if (limit < times.front()) {
-        count = static_cast<long long>(times.size());
+    if (limit < timeOf(0)) {
+        count = static_cast<long long>(rows);
     } else {
         bool stopped = false;
-        for (auto it = times.rbegin(); it != times.rend(); ++it) {
-            if (*it < limit) {
+        for (std::size_t i = rows; i-- > 0;) {
+            if (timeOf(i) < limit) {
                 stopped = true;
                 break;
             }

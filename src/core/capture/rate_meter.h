@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <optional>
 #include <vector>
 
@@ -33,6 +34,12 @@ struct RateReading {
 // included. Returns nothing when the band is empty: the meter stays as it is.
 std::optional<RateReading> readRate(const std::vector<DateTime>& times, DateTime now,
                                     int zeitbereichMinutes, int zeigerMax);
+// The same over `rows` rows whose time `timeOf(i)` gives (0 is the first):
+// only the first row and the rows inside the range are looked at, so a tick
+// on a long band costs what the range holds.
+std::optional<RateReading> readRate(std::size_t rows,
+                                    const std::function<DateTime(std::size_t)>& timeOf,
+                                    DateTime now, int zeitbereichMinutes, int zeigerMax);
 
 // The colour of a count: the tests stand in this order and later ones win.
 RgbColor rateColor(long long count, int zeigerMax);

@@ -177,6 +177,12 @@ Result<ContestLog> ContestLog::open(const std::filesystem::path& path) {
     return ContestLog(path, std::move(db));
 }
 
+ContestLog ContestLog::openForReading(const std::filesystem::path& path) {
+    if (!std::filesystem::is_regular_file(path))
+        throw sql::Error("cannot open " + path.string() + ": no such file", SQLITE_CANTOPEN);
+    return ContestLog(path, sql::Db(path.string(), sql::Db::Mode::ReadOnly));
+}
+
 void removeLogFile(const std::filesystem::path& path) {
     for (const char* suffix : {"", "-wal", "-shm", "-journal"}) {
         std::filesystem::path p = path;
@@ -265,10 +271,9 @@ std::optional<QsoRow> ContestLog::row(int b, RowId id) {
 std::vector<QsoRow> ContestLog::rows(int b, LogIndex order) {
     std::vector<QsoRow> out;
     out.reserve(static_cast<std::size_t>(rowCount(b)));
-    forEachRow(b, order, [&](const QsoRow& r) {
-        out.push_back(r);
-        return true;
-    });
+    auto st = db_.prepare(std::string("SELECT ") + kColumns + " FROM " + table(b) + orderBy(order));
+    while (st.step())
+        out.push_back(readRow(st));
     return out;
 }
 
@@ -278,6 +283,36 @@ void ContestLog::forEachRow(int b, LogIndex order,
     while (st.step())
         if (!visit(readRow(st)))
             break;
+}
+
+ContestLog::BandSnapshot ContestLog::bandSnapshot(int b) {
+    // A deferred transaction: the first read fixes the snapshot that the
+    // second one sees as well.
+    db_.exec("BEGIN");
+    try {
+        BandSnapshot s;
+        s.rows = rows(b);
+        s.totals = totals(b);
+        db_.exec("COMMIT");
+        return s;
+    } catch (...) {
+        try {
+            db_.exec("ROLLBACK");
+        } catch (...) {
+            // The connection ends the transaction on its own when it cannot here.
+        }
+        throw;
+    }
+}
+
+std::int64_t ContestLog::dataVersion() {
+    auto st = db_.prepare("PRAGMA data_version");
+    st.step();
+    return st.int64(0);
+}
+
+std::int64_t ContestLog::totalChanges() {
+    return sqlite3_total_changes64(db_.handle());
 }
 
 std::optional<QsoRow> ContestLog::findByQsoNr(int b, std::int64_t qsoNr) {

@@ -119,6 +119,9 @@ public:
     // IText(208) and the file is not touched. Throws sql::Error when the file
     // is missing or not a database.
     static Result<ContestLog> open(const std::filesystem::path& path);
+    // A second connection that only reads, for a worker thread beside the
+    // window's connection. Throws sql::Error when the file cannot be opened.
+    static ContestLog openForReading(const std::filesystem::path& path);
 
     ContestLog(ContestLog&&) noexcept = default;
     ContestLog& operator=(ContestLog&&) noexcept = default;
@@ -153,6 +156,22 @@ public:
     std::vector<QsoRow> rowsByLocator(int band, std::string_view locator);
     // All rows marked deleted, in storage order.
     std::vector<QsoRow> deletedRows(int band);
+
+    // A band as one consistent snapshot: its rows in QSONr order and its
+    // totals, read in one transaction, so that no commit of another
+    // connection falls between them.
+    struct BandSnapshot {
+        std::vector<QsoRow> rows;
+        BandTotals totals;
+    };
+    BandSnapshot bandSnapshot(int band);
+
+    // Moves on whenever another connection (another process included)
+    // commits to the file; SQLite's `PRAGMA data_version`, cheap enough to
+    // poll on a timer.
+    std::int64_t dataVersion();
+    // Rows changed through this connection since it was opened.
+    std::int64_t totalChanges();
 
     // --- writing: each call is one durable transaction ------------------------
     // Adds the QSO row to the band table and writes the band's

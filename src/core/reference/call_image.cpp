@@ -29,7 +29,7 @@ template <std::size_t N> void setText(std::array<char, N>& dst, std::string_view
     dst.fill(0);
     std::size_t n = 0;
     for (char c : s) {
-        if (n + 1 >= N)
+        if (n >= N)
             break;
         if (c == ' ' && n == 0)
             continue;
@@ -57,9 +57,55 @@ bool contains(std::string_view text, std::string_view part) {
     return text.find(part) != std::string_view::npos;
 }
 
+void checkStop(const std::atomic<bool>* stop) {
+    if (stop && stop->load(std::memory_order_relaxed))
+        throw QBDatImage::Cancelled{};
+}
+
 } // namespace
 
-QBDatImage QBDatImage::load(const fs::path& dbPath) {
+namespace {
+const std::int64_t kWhenBase = DateTime{1, 1, 1, 0, 0, 0}.secondsSinceEpoch();
+} // namespace
+
+void QBDatImage::pack(Packed& p, const std::array<std::int32_t, kBandCount>& counters,
+                      const DateTime& last) {
+    const bool small = std::all_of(counters.begin(), counters.end(),
+                                   [](std::int32_t v) { return v >= 0 && v < 0xFFFF; });
+    if (small) {
+        for (std::size_t b = 0; b < kBandCount; ++b)
+            p.counters[b] = static_cast<std::uint16_t>(counters[b]);
+    } else {
+        const auto at = static_cast<std::uint32_t>(overflow_.size());
+        overflow_.push_back(counters);
+        p.flags |= Packed::kOverflow;
+        p.counters[0] = static_cast<std::uint16_t>(at & 0xFFFF);
+        p.counters[1] = static_cast<std::uint16_t>(at >> 16);
+    }
+    const auto when = static_cast<std::uint64_t>(
+        std::clamp<std::int64_t>(last.secondsSinceEpoch() - kWhenBase, 0, (1LL << 48) - 1));
+    p.when = {static_cast<std::uint16_t>(when), static_cast<std::uint16_t>(when >> 16),
+              static_cast<std::uint16_t>(when >> 32)};
+}
+
+QBDatEntry QBDatImage::record(std::uint32_t n) const {
+    const Packed& p = entries_.at(n - 1);
+    QBDatEntry e;
+    e.call = p.call;
+    e.loc = p.loc;
+    if (p.flags & Packed::kOverflow) {
+        e.counters = overflow_.at(p.counters[0] | std::uint32_t{p.counters[1]} << 16);
+    } else {
+        for (std::size_t b = 0; b < kBandCount; ++b)
+            e.counters[b] = p.counters[b];
+    }
+    const std::uint64_t when =
+        p.when[0] | std::uint64_t{p.when[1]} << 16 | std::uint64_t{p.when[2]} << 32;
+    e.last = DateTime::fromSecondsSinceEpoch(static_cast<std::int64_t>(when) + kWhenBase);
+    return e;
+}
+
+QBDatImage QBDatImage::load(const fs::path& dbPath, const std::atomic<bool>* stop) {
     QBDatImage image;
     std::error_code ec;
     if (!fs::exists(dbPath, ec))
@@ -100,18 +146,23 @@ QBDatImage QBDatImage::load(const fs::path& dbPath) {
     }
     int rc;
     while ((rc = sqlite3_step(st.get())) == SQLITE_ROW) {
-        QBDatEntry& e = image.entries_.emplace_back();
-        e.rowid = sqlite3_column_int64(st.get(), 0);
+        if (image.entries_.size() % kCancelCheckEvery == 0)
+            checkStop(stop);
+        Packed& e = image.entries_.emplace_back();
         setText(e.call, columnText(st.get(), 1));
         setText(e.loc, columnText(st.get(), 2));
+        std::array<std::int32_t, kBandCount> counters;
         for (int b = 0; b < kBandCount; ++b)
-            e.counters[static_cast<std::size_t>(b)] = sqlite3_column_int(st.get(), 3 + b);
-        if (auto d = DateTime::fromStorage(columnText(st.get(), 13)))
-            e.lastDate = *d;
+            counters[static_cast<std::size_t>(b)] = sqlite3_column_int(st.get(), 3 + b);
+        image.pack(e, counters,
+                   DateTime::fromStorage(columnText(st.get(), 13)).value_or(DateTime{}));
     }
     if (rc != SQLITE_DONE)
         throw sql::Error(sqlite3_errmsg(rawDb), rc);
-    image.buildIndexes();
+    st.reset();
+    dbHandle.reset();
+    image.entries_.shrink_to_fit();
+    image.buildIndexes(stop);
     return image;
 }
 
@@ -119,55 +170,59 @@ QBDatImage QBDatImage::fromRecords(const std::vector<CallRecord>& records) {
     QBDatImage image;
     image.entries_.reserve(records.size());
     for (const auto& r : records) {
-        QBDatEntry& e = image.entries_.emplace_back();
-        e.rowid = r.rowid;
+        Packed& e = image.entries_.emplace_back();
         setText(e.call, r.Call);
         setText(e.loc, r.Locator);
-        e.counters = r.counters;
-        if (r.LastDate)
-            e.lastDate = *r.LastDate;
+        image.pack(e, r.counters, r.LastDate.value_or(DateTime{}));
     }
-    image.buildIndexes();
+    image.buildIndexes(nullptr);
     return image;
 }
 
-void QBDatImage::buildIndexes() {
-    // Sort small keys rather than the records: the call's 16 bytes as two
-    // big-endian numbers order as the text does, and the row breaks ties.
-    struct Key {
-        std::uint64_t hi, lo;
-        std::int64_t rowid;
-        std::uint32_t index;
+void QBDatImage::buildIndexes(const std::atomic<bool>* stop) {
+    // Call order, equal calls in the order of the file: the records are
+    // dealt into buckets by their first two characters (stable, in one
+    // pass), then each bucket is sorted on its own, which also gives the
+    // cancel check a place between buckets.
+    const std::size_t n = entries_.size();
+    auto bucketOf = [](const Packed& e) {
+        return static_cast<std::size_t>(static_cast<unsigned char>(e.call[0])) << 8 |
+               static_cast<unsigned char>(e.call[1]);
     };
-    auto bigEndian = [](const char* p) {
-        std::uint64_t v = 0;
-        for (int i = 0; i < 8; ++i)
-            v = (v << 8) | static_cast<unsigned char>(p[i]);
-        return v;
-    };
-    std::vector<Key> keys(entries_.size());
-    for (std::size_t i = 0; i < entries_.size(); ++i)
-        keys[i] = Key{bigEndian(entries_[i].call.data()), bigEndian(entries_[i].call.data() + 8),
-                      entries_[i].rowid, static_cast<std::uint32_t>(i)};
-    std::sort(keys.begin(), keys.end(), [](const Key& a, const Key& b) {
-        if (a.hi != b.hi)
-            return a.hi < b.hi;
-        if (a.lo != b.lo)
-            return a.lo < b.lo;
-        return a.rowid != b.rowid ? a.rowid < b.rowid : a.index < b.index;
-    });
+    constexpr std::size_t kBuckets = 1 << 16;
+    std::vector<std::uint32_t> start(kBuckets + 1, 0);
+    for (const Packed& e : entries_)
+        ++start[bucketOf(e) + 1];
+    for (std::size_t b = 1; b <= kBuckets; ++b)
+        start[b] += start[b - 1];
+    std::vector<std::uint32_t> order(n);
+    {
+        std::vector<std::uint32_t> fill(start.begin(), start.end() - 1);
+        for (std::size_t i = 0; i < n; ++i)
+            order[fill[bucketOf(entries_[i])]++] = static_cast<std::uint32_t>(i);
+    }
+    checkStop(stop);
+    for (std::size_t b = 0; b < kBuckets; ++b) {
+        const auto first = order.begin() + start[b], last = order.begin() + start[b + 1];
+        if (last - first < 2)
+            continue;
+        std::sort(first, last, [this](std::uint32_t x, std::uint32_t y) {
+            const int c = std::memcmp(entries_[x].call.data(), entries_[y].call.data(), kCallSize);
+            return c != 0 ? c < 0 : x < y;
+        });
+        if (b % 256 == 0)
+            checkStop(stop);
+    }
+    start = {};
     // Put the records in place by following the cycles of the permutation,
     // so that a million of them need no second copy in memory.
-    std::vector<std::uint32_t> from(keys.size());
-    for (std::size_t i = 0; i < keys.size(); ++i)
-        from[i] = keys[i].index;
-    keys = {};
-    for (std::size_t start = 0; start < from.size(); ++start) {
-        if (from[start] == start)
+    std::vector<std::uint32_t>& from = order;
+    for (std::size_t s = 0; s < from.size(); ++s) {
+        if (from[s] == s)
             continue;
-        QBDatEntry moving = entries_[start];
-        std::size_t at = start;
-        while (from[at] != start) {
+        Packed moving = entries_[s];
+        std::size_t at = s;
+        while (from[at] != s) {
             const std::size_t next = from[at];
             entries_[at] = entries_[next];
             from[at] = static_cast<std::uint32_t>(at);
@@ -176,11 +231,21 @@ void QBDatImage::buildIndexes() {
         entries_[at] = moving;
         from[at] = static_cast<std::uint32_t>(at);
     }
+    order = {};
+    checkStop(stop);
     // The two indexes share nothing: build them side by side.
-    std::jthread callsThread([this] {
-        calls_.build(entries_.size(), [this](std::size_t i) { return entries_[i].Call(); });
-    });
-    locs_.build(entries_.size(), [this](std::size_t i) { return entries_[i].Locator(); });
+    bool callsDone = false;
+    {
+        std::jthread callsThread([this, stop, &callsDone] {
+            callsDone = calls_.build(
+                entries_.size(), [this](std::size_t i) { return entries_[i].Call(); }, stop);
+        });
+        locs_.build(
+            entries_.size(), [this](std::size_t i) { return entries_[i].Locator(); }, stop);
+    }
+    if (!callsDone)
+        throw Cancelled{};
+    checkStop(stop);
 }
 
 CallSearchResult QBDatImage::search(const CallSearch& query, const CancelToken& cancel) const {
@@ -200,7 +265,7 @@ CallSearchResult QBDatImage::search(const CallSearch& query, const CancelToken& 
     const bool single = callPart.empty() || locPart.empty();
 
     auto matches = [&](std::uint32_t i) {
-        const QBDatEntry& e = entries_[i];
+        const Packed& e = entries_[i];
         return (callPart.empty() || contains(e.Call(), callPart)) &&
                (locPart.empty() || contains(e.Locator(), locPart));
     };
@@ -209,39 +274,47 @@ CallSearchResult QBDatImage::search(const CallSearch& query, const CancelToken& 
             result.records.push_back(i + 1);
     };
 
+    // Walks the candidates in record order, the list's or every record,
+    // until `visit` returns false; a newer key stroke stops it.
+    auto walkCandidates = [&](auto visit) {
+        std::size_t k = 0;
+        auto step = [&](std::uint32_t i) {
+            if (k++ % kCancelCheckEvery == 0 && cancel.cancelled()) {
+                result.cancelled = true;
+                return false;
+            }
+            return visit(i);
+        };
+        if (drive.kind == GramIndex::Plan::List) {
+            drive.list.forEach(step);
+            return;
+        }
+        for (std::uint32_t i = 0; i < n; ++i)
+            if (!step(i))
+                return;
+    };
+
     if (single && drive.countKnown) {
         // The count is known from the index; only the first lines are needed.
         result.found = drive.knownCount;
-        if (drive.kind == GramIndex::Plan::List) {
-            for (std::size_t k = 0;
-                 k < drive.list.size() && result.records.size() < query.maxRecords; ++k)
-                result.records.push_back(drive.list[k] + 1);
-            return result;
-        }
-        for (std::uint32_t i = 0; i < n && result.records.size() < query.maxRecords; ++i) {
-            if (i % kCancelCheckEvery == 0 && cancel.cancelled()) {
-                result.cancelled = true;
-                return result;
-            }
-            if (matches(i))
+        const bool exact = drive.kind == GramIndex::Plan::List && drive.exact;
+        walkCandidates([&](std::uint32_t i) {
+            if (result.records.size() >= query.maxRecords)
+                return false;
+            if (exact || matches(i))
                 take(i);
-        }
+            return true;
+        });
         return result;
     }
 
-    const std::size_t steps = drive.kind == GramIndex::Plan::List ? drive.list.size() : n;
-    for (std::size_t k = 0; k < steps; ++k) {
-        if (k % kCancelCheckEvery == 0 && cancel.cancelled()) {
-            result.cancelled = true;
-            return result;
-        }
-        const auto i =
-            drive.kind == GramIndex::Plan::List ? drive.list[k] : static_cast<std::uint32_t>(k);
+    walkCandidates([&](std::uint32_t i) {
         if (matches(i)) {
             ++result.found;
             take(i);
         }
-    }
+        return true;
+    });
     return result;
 }
 
@@ -254,9 +327,8 @@ std::string listLine(const QBDatEntry& e) {
         std::snprintf(buf, sizeof buf, " %3d", static_cast<int>(v));
         line += buf;
     }
-    if (e.lastDate.year >= 1900) {
-        std::snprintf(buf, sizeof buf, " %02d.%02d.%04d", e.lastDate.day, e.lastDate.month,
-                      e.lastDate.year);
+    if (const DateTime last = e.lastDate(); last.year >= 1900) {
+        std::snprintf(buf, sizeof buf, " %02d.%02d.%04d", last.day, last.month, last.year);
         line += buf;
     }
     return line;

@@ -19,16 +19,24 @@
 // of the flat strings `QBDatCalls` and `QBDatLocs`.
 namespace orv {
 
-// One record of `QBDatListe`. Null fields read as blanks or 0.
+// One record of `QBDatListe` as its readers see it. Null fields read as
+// blanks or 0.
 struct QBDatEntry {
-    std::array<char, 16> call{}; // up to 15 characters, then zeros
-    std::array<char, 8> loc{};   // up to 6 characters, then zeros
-    std::int64_t rowid = 0;
+    std::array<char, kCallSize> call{};   // up to 15 characters, then zeros
+    std::array<char, kLocatorSize> loc{}; // up to 6 characters, then zeros
     std::array<std::int32_t, kBandCount> counters{};
-    DateTime lastDate; // 1899-12-30 when the field is empty
+    DateTime last; // `LastDate`; 1899-12-30 when the field is empty
 
-    std::string_view Call() const { return std::string_view(call.data()); }
-    std::string_view Locator() const { return std::string_view(loc.data()); }
+    std::string_view Call() const { return text(call); }
+    std::string_view Locator() const { return text(loc); }
+    DateTime lastDate() const { return last; }
+
+    template <std::size_t N> static std::string_view text(const std::array<char, N>& a) {
+        std::size_t n = 0;
+        while (n < N && a[n] != 0)
+            ++n;
+        return std::string_view(a.data(), n);
+    }
 };
 
 // Lets the window stop a search that a newer key stroke made useless: each
@@ -69,14 +77,18 @@ struct CallSearchResult {
 class QBDatImage {
 public:
     QBDatImage() = default;
+    // Thrown by load() when it was asked to stop.
+    struct Cancelled {};
     // Load: reads every record in call order and builds the indexes. A
-    // missing file or table gives an empty image. Throws sql::Error.
-    static QBDatImage load(const std::filesystem::path& dbPath);
+    // missing file or table gives an empty image. Throws sql::Error, and
+    // Cancelled soon after `stop` becomes true.
+    static QBDatImage load(const std::filesystem::path& dbPath,
+                           const std::atomic<bool>* stop = nullptr);
     static QBDatImage fromRecords(const std::vector<CallRecord>& records);
 
     std::size_t size() const { return entries_.size(); }
-    // Record number n, from 1.
-    const QBDatEntry& record(std::uint32_t n) const { return entries_.at(n - 1); }
+    // Record number n, from 1, unpacked.
+    QBDatEntry record(std::uint32_t n) const;
 
     // A part of a call and a part of a locator, each alone or both together,
     // as typed (trimmed and upper-cased here). Each record counts once.
@@ -86,11 +98,35 @@ public:
     std::string WriteInList(std::uint32_t n) const;
 
     std::size_t indexBytes() const { return calls_.memoryBytes() + locs_.memoryBytes(); }
+    // The records and the indexes.
+    std::size_t memoryBytes() const {
+        return entries_.capacity() * sizeof(Packed) + overflow_.capacity() * sizeof(overflow_[0]) +
+               indexBytes();
+    }
 
 private:
-    void buildIndexes();
+    // A record as held: 48 bytes, so that a national list of a million calls
+    // stays small. Counters of 0 to 65534 stand here; a record with any other
+    // keeps all ten in `overflow_` and its index in the first two places.
+    struct Packed {
+        std::array<char, kCallSize> call{};
+        std::array<char, kLocatorSize> loc{};
+        std::uint8_t flags = 0;
+        std::array<std::uint16_t, kBandCount> counters{};
+        // `LastDate` as seconds since 0001-01-01, 48 bits.
+        std::array<std::uint16_t, 3> when{};
 
-    std::vector<QBDatEntry> entries_;
+        static constexpr std::uint8_t kOverflow = 1;
+        std::string_view Call() const { return QBDatEntry::text(call); }
+        std::string_view Locator() const { return QBDatEntry::text(loc); }
+    };
+    void pack(Packed& p, const std::array<std::int32_t, kBandCount>& counters,
+              const DateTime& last);
+
+    void buildIndexes(const std::atomic<bool>* stop);
+
+    std::vector<Packed> entries_;
+    std::vector<std::array<std::int32_t, kBandCount>> overflow_;
     GramIndex calls_;
     GramIndex locs_;
 };

@@ -22,22 +22,23 @@ GramIndex::Plan GramIndex::plan(std::string_view part, std::size_t textCount) co
         return p;
     }
     auto listOf = [](const std::vector<std::uint32_t>& offsets,
-                     const std::vector<std::uint32_t>& postings, std::uint32_t code) {
+                     const std::vector<std::uint32_t>& counts,
+                     const std::vector<std::uint8_t>& postings, std::uint32_t code) {
         if (offsets.empty())
-            return std::span<const std::uint32_t>{};
-        return std::span<const std::uint32_t>(postings.data() + offsets[code],
-                                              offsets[code + 1] - offsets[code]);
+            return Postings{};
+        return Postings(postings.data() + offsets[code], counts[code]);
     };
     p.kind = Plan::List;
     if (part.size() == 2) {
-        p.list = listOf(biOffsets_, biPostings_, symbol(part[0]) * kSymbols + symbol(part[1]));
+        p.list =
+            listOf(biOffsets_, biCount_, biPostings_, symbol(part[0]) * kSymbols + symbol(part[1]));
     } else {
         // The rarest triple of the part bounds the candidates best.
         bool first = true;
         for (std::size_t i = 0; i + 2 < part.size(); ++i) {
             const std::uint32_t code =
                 (symbol(part[i]) * kSymbols + symbol(part[i + 1])) * kSymbols + symbol(part[i + 2]);
-            auto l = listOf(triOffsets_, triPostings_, code);
+            auto l = listOf(triOffsets_, triCount_, triPostings_, code);
             if (first || l.size() < p.list.size())
                 p.list = l;
             first = false;

@@ -215,6 +215,12 @@ TEST(CallDb, LoadReadsEveryFieldAndNulls) {
     EXPECT_EQ(listLineLocator(img.WriteInList(2)), "");
     EXPECT_EQ(listLineLocator("dl1xyz       jn88ef ***** BEREITS GEARBEITET *****"), "JN88EF");
     EXPECT_EQ(QBDatImage::load(f.dir / "missing.sqlite").size(), 0u);
+    // The compact record keeps LastDate to the second.
+    EXPECT_EQ(img.record(1).lastDate(), (DateTime{2024, 5, 4, 12, 30, 0}));
+    EXPECT_EQ(img.record(2).lastDate(), DateTime{});
+    // A load asked to stop ends without an image.
+    const std::atomic<bool> stop{true};
+    EXPECT_THROW(QBDatImage::load(f.paths.callDbPath(), &stop), QBDatImage::Cancelled);
 }
 
 TEST(CallDb, ForeignDatabaseImport) {

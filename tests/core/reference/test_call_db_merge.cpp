@@ -83,7 +83,7 @@ TEST(CallDbMerge, DBAktualCountsLiveQsosOncePerBand) {
         EXPECT_EQ(dl.Call(), "DL1ABC");
         EXPECT_EQ(dl.counters[k144], 5);
         EXPECT_EQ(dl.counters[k432], 1);
-        EXPECT_EQ(dl.lastDate, t.addHours(2));
+        EXPECT_EQ(dl.lastDate(), t.addHours(2));
         const auto& oe = img.record(2);
         EXPECT_EQ(oe.Call(), "OE1XYZ");
         EXPECT_EQ(oe.Locator(), "JN88EE");

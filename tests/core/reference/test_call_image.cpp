@@ -50,6 +50,11 @@ TEST(CallImage, ListLineColumns) {
          "DL/OE1ABC/QRP"
          "      "
          "   0   0   0   0   0   0   0   0   0   0 01.01.1900"},
+        // Counters beyond what the packed record holds keep their value.
+        {rec("DL9XX", "JO31", {70000, -1, 65535, 0, 0, 0, 0, 0, 0, 2}),
+         "DL9XX        "
+         "JO31  "
+         " 999  -1 999   0   0   0   0   0   0   2"},
         {rec("DL/OE1ABCD/QRP", "JO31", {}, DateTime{1899, 12, 31, 0, 0, 0}),
          "DL/OE1ABCD/QR"
          "JO31  "
@@ -60,6 +65,8 @@ TEST(CallImage, ListLineColumns) {
         const auto img = QBDatImage::fromRecords({c.r});
         const std::string line = img.WriteInList(1);
         EXPECT_EQ(line, c.line);
+        EXPECT_EQ(img.record(1).counters, c.r.counters);
+        EXPECT_EQ(img.record(1).lastDate(), c.r.LastDate.value_or(DateTime{}));
         // What F8 and F9 take from a row.
         EXPECT_EQ(text::trim(line.substr(13, 6)), c.r.Locator);
     }
