@@ -102,7 +102,9 @@ private slots:
         QVERIFY(list()->count() > 0);
         for (int i = 0; i < list()->count(); ++i)
             QVERIFY(list()->item(i)->text().startsWith("DL1AB"));
-        QVERIFY(found().endsWith("Calls found"));
+        // "%1 calls found" with the count of the search.
+        QVERIFY(found().endsWith(QString::fromStdString(app->texts()(504)).section("%1", 1)));
+        QVERIFY(found() != QString::fromStdString(app->texts()(1200)));
     }
 
     void quittingInTheMiddleOfALoadEndsAtOnce() {
