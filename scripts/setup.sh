@@ -21,6 +21,7 @@ packages=(
     hamradio-files python3 python3-pyftpdlib clang-format clang libclang-rt-14-dev
     librsvg2-bin desktop-file-utils appstream lintian dpkg-dev file man-db bash-completion
     pulseaudio pulseaudio-utils sox
+    libhamlib-dev libhamlib-utils
 )
 # Node.js may come from elsewhere than Debian; only a missing one is installed.
 command -v node >/dev/null 2>&1 || packages+=(nodejs)
