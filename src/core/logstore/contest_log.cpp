@@ -17,7 +17,7 @@ namespace {
 constexpr const char* kColumns =
     "rowid, \"Call\", \"Locator\", \"QRG\", \"DatTime\", \"RSTgeg\", \"QSONr\", \"RSTerh\", "
     "\"QRB\", \"QSL\", \"Notice\", \"Mod\", \"Dupe\", \"Name\", \"ModRX\", \"AusBr\", "
-    "\"ErrQSO\", \"OPCall\"";
+    "\"ErrQSO\", \"OPCall\", \"FreqHz\"";
 
 constexpr const char* kAssignments =
     "\"Call\"=?1, \"Locator\"=?2, \"QRG\"=?3, \"DatTime\"=?4, \"RSTgeg\"=?5, \"QSONr\"=?6, "
@@ -64,6 +64,7 @@ QsoRow readRow(const sql::Stmt& st) {
     r.ausBr = st.text(15);
     r.errQso = st.int64(16) != 0;
     r.opCall = st.text(17);
+    r.freqHz = st.int64(18);
     return r;
 }
 
@@ -128,7 +129,19 @@ bool QsoRow::operator==(const QsoRow& o) const {
 }
 
 ContestLog::ContestLog(std::filesystem::path path, sql::Db db)
-    : path_(std::move(path)), db_(std::move(db)) {}
+    : path_(std::move(path)), db_(std::move(db)) {
+    addOwnColumns(db_);
+}
+
+void addOwnColumns(sql::Db& db) {
+    // Logs of older versions and of other programs lack the column; it is
+    // added on opening, and their rows read as "frequency unknown".
+    for (const Band& b : kBands) {
+        if (!FieldExists(db, b.table, "FreqHz"))
+            db.exec("ALTER TABLE " + sql::quoteIdent(b.table) +
+                    " ADD COLUMN \"FreqHz\" INTEGER NOT NULL DEFAULT 0");
+    }
+}
 
 ContestLog ContestLog::create(const std::filesystem::path& path, const NewLogData& data) {
     if (std::filesystem::exists(path))
@@ -337,12 +350,14 @@ RowId ContestLog::addQso(int b, const QsoRow& row, const BandTotals& t) {
     const std::string insert = "INSERT INTO " + table(b) +
                                " (\"Call\", \"Locator\", \"QRG\", \"DatTime\", \"RSTgeg\", "
                                "\"QSONr\", \"RSTerh\", \"QRB\", \"QSL\", \"Notice\", \"Mod\", "
-                               "\"Dupe\", \"Name\", \"ModRX\", \"AusBr\", \"ErrQSO\", \"OPCall\") "
+                               "\"Dupe\", \"Name\", \"ModRX\", \"AusBr\", \"ErrQSO\", \"OPCall\", "
+                               "\"FreqHz\") "
                                "VALUES (?1, ?2, ?3, ?4, ?5, ?6, ?7, ?8, ?9, ?10, ?11, ?12, ?13, "
-                               "?14, ?15, ?16, ?17)";
+                               "?14, ?15, ?16, ?17, ?18)";
     sql::Transaction tx(db_);
     auto st = db_.prepare(insert);
     bindRow(st, row);
+    st.bind(18, row.freqHz);
     st.run();
     const RowId id = db_.lastInsertRowid();
     updateTotalsIn(b, t);

@@ -68,6 +68,10 @@ struct QsoRow {
     std::string ausBr;      // AusBr
     bool errQso = false;    // ErrQSO: marked as deleted
     std::string opCall;     // OPCall
+    // The rig's frequency on the band in Hz when the rig was connected, 0
+    // when unknown: the column `FreqHz` of our own after the 17 above. A
+    // correction leaves it as it was. Not compared.
+    std::int64_t freqHz = 0;
 
     // Where the row is stored; 0 for a row not read from the file. Not a
     // field of the table and not compared.
@@ -185,5 +189,9 @@ private:
 // Removes a log file together with the journal files SQLite may keep beside
 // it, so that a new log of the same name never meets a stale journal.
 void removeLogFile(const std::filesystem::path& path);
+
+// Adds the columns of our own that a log of an older version lacks (the
+// frequency `FreqHz` of every band table); the open log does it itself.
+void addOwnColumns(sql::Db& db);
 
 } // namespace orv
