@@ -102,6 +102,12 @@ TEST(HamlibLink, LostDaemonIsReportedAndFoundAgain) {
     test::HamlibDaemon daemon("rigctld");
     RigLink link(platform::makeHamlibRig(daemonAt(daemon)), kFast);
     ASSERT_TRUE(waitFor([&] { return link.snapshot().state == LinkState::Connected; }, 5s));
+    // A daemon that stops answering: the call runs into its timeout.
+    daemon.freeze(true);
+    ASSERT_TRUE(waitFor([&] { return link.snapshot().state == LinkState::Lost; }, 6s));
+    daemon.freeze(false);
+    ASSERT_TRUE(waitFor([&] { return link.snapshot().state == LinkState::Connected; }, 6s));
+    // A daemon that is gone.
     daemon.kill();
     ASSERT_TRUE(waitFor([&] { return link.snapshot().state == LinkState::Lost; }, 5s));
     EXPECT_FALSE(link.snapshot().error.empty());
