@@ -3,6 +3,7 @@
 #include "ui/backup_binding.h"
 #include "ui/main_window.h"
 #include "ui/reference_menus.h"
+#include "ui/rig_binding.h"
 #include "ui/startup.h"
 #include "ui/stationlog/station_log_menu.h"
 #include "ui/submission_menus.h"
@@ -14,6 +15,7 @@ void installFeatures(Startup& startup) {
     installReferenceMenus(startup);
     installStationLogMenu(startup);
     new BackupBinding(startup, startup.window());
+    RigBinding::install(*startup.window(), startup.settings(), startup.texts());
 }
 
 } // namespace orv::ui
