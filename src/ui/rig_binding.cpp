@@ -183,7 +183,9 @@ void RigBinding::tickRig() {
     const auto b = rig::bandOfFrequency(s.reading->freqHz, offsets_, current);
     // Only a change at the rig moves the band box and the modes: the
     // operator's own choice stands until the rig is tuned again.
-    if (s.reading != applied_) {
+    // A correction in hand is not closed under the operator: the band
+    // follows once it is stored or left.
+    if (s.reading != applied_ && !window_.editLineOpen()) {
         applied_ = s.reading;
         if (b && *b != current)
             window_.selectBand(*b);
