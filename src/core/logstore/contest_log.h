@@ -179,11 +179,15 @@ public:
 private:
     ContestLog(std::filesystem::path path, sql::Db db);
     void updateTotalsIn(int band, const BandTotals& totals);
+    // The columns read into a QsoRow; a band table without `FreqHz` (a
+    // read-only older log) reads 0 in its place.
+    std::string columns(int band) const;
     std::vector<QsoRow> select(int band, const std::string& whereOrder,
                                const std::function<void(sql::Stmt&)>& bind);
 
     std::filesystem::path path_;
     sql::Db db_;
+    std::array<bool, kBandCount> freqColumn_{};
 };
 
 // Removes a log file together with the journal files SQLite may keep beside
