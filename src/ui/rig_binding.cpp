@@ -87,9 +87,17 @@ RigBinding::RigBinding(MainWindow& window, const Texts& texts, Devices devices,
 
 // The links end their workers; a device call in flight is waited for, at
 // most Hamlib's timeout.
-RigBinding::~RigBinding() = default;
+RigBinding::~RigBinding() {
+    delete azimuth_;
+    delete frequency_;
+    delete status_;
+    delete gridTurn_;
+    delete listTurn_;
+}
 
 void RigBinding::install(MainWindow& window, const Settings& settings, const Texts& texts) {
+    // Installed again after the options changed: the old links go first.
+    delete window.findChild<RigBinding*>(QString(), Qt::FindDirectChildrenOnly);
     const rig::DeviceSettings rot = rig::readRotatorSettings(settings);
     const rig::DeviceSettings rig = rig::readRigSettings(settings);
     if (!rot.enabled && !rig.enabled)
@@ -108,6 +116,7 @@ void RigBinding::addMenuEntries() {
     if (auto* grid = window_.findChild<QMenu*>("MnMSFlexGrid1")) {
         auto* a = grid->addAction(q(texts_(1231)));
         a->setObjectName("MnGridTurnAntenna");
+        gridTurn_ = a;
         connect(a, &QAction::triggered, this, [this] {
             const int row = window_.gridMenuRow();
             const LogGridModel& grid = window_.logGrid();
@@ -119,6 +128,7 @@ void RigBinding::addMenuEntries() {
     if (auto* list = window_.findChild<QMenu*>("MnList1")) {
         auto* a = list->addAction(q(texts_(1231)));
         a->setObjectName("MnListTurnAntenna");
+        listTurn_ = a;
         connect(a, &QAction::triggered, this, [this] {
             const auto* lookup = window_.findChild<QListWidget*>("List1");
             if (lookup && lookup->currentItem())

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QObject>
+#include <QPointer>
 #include <QString>
 #include <memory>
 #include <optional>
@@ -43,7 +44,8 @@ public:
     ~RigBinding() override;
 
     // The devices of the sections `Rotator` and `Rig`, through Hamlib; does
-    // nothing when neither is enabled.
+    // nothing more when neither is enabled. A binding installed before is
+    // replaced, so the options dialog calls this again after OK.
     static void install(MainWindow& window, const Settings& settings, const Texts& texts);
 
     // One look at both links (the window's timer calls it every poll).
@@ -67,9 +69,12 @@ private:
     std::unique_ptr<rig::RotatorLink> rotator_;
     std::unique_ptr<rig::RigLink> rig_;
     QTimer* timer_ = nullptr;
-    QLabel* azimuth_ = nullptr;
-    QLabel* frequency_ = nullptr;
-    QLabel* status_ = nullptr;
+    // The window owns these; the binding takes them away when it goes.
+    QPointer<QLabel> azimuth_;
+    QPointer<QLabel> frequency_;
+    QPointer<QLabel> status_;
+    QPointer<QAction> gridTurn_;
+    QPointer<QAction> listTurn_;
     bool rotatorLost_ = false;
     bool rigLost_ = false;
     std::optional<rig::RigReading> applied_;

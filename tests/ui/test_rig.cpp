@@ -16,6 +16,7 @@
 #include "support/hamlib_daemon.h"
 #include "ui/options/rig_page.h"
 #include "ui/options/rotator_page.h"
+#include "ui/rig_binding.h"
 
 using orv::platform::QtDialogs;
 using orv::test::HamlibDaemon;
@@ -73,6 +74,13 @@ private slots:
         QTRY_COMPARE_WITH_TIMEOUT(combo("Combo1"), QString("1200"), 6000);
         QCOMPARE(label("RigStatus"), QString());
         QVERIFY(QtDialogs::recorded().empty());
+
+        // Installed again, as after the options dialog: one binding, one
+        // set of labels, linked again.
+        orv::ui::RigBinding::install(*w, app->settings(), app->texts());
+        QCOMPARE(w->findChildren<orv::ui::RigBinding*>().size(), qsizetype(1));
+        QCOMPARE(w->findChildren<QLabel*>("RigFrequency").size(), qsizetype(1));
+        QTRY_COMPARE_WITH_TIMEOUT(label("RigFrequency"), QString("1296.200 MHz"), 4000);
         stop();
     }
 
