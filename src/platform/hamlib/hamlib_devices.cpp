@@ -26,7 +26,8 @@ void initHamlib() {
 }
 
 std::string failure(const char* what, int rc) {
-    return std::string(what) + ": " + rigerror(rc);
+    // rigerror() appends Hamlib's whole trace; the message alone is enough.
+    return std::string(what) + ": " + rigerror2(rc);
 }
 
 void check(const char* what, int rc) {
