@@ -71,9 +71,10 @@ void HamlibDaemon::start() {
     for (int i = 0; i < 200; ++i) {
         if (const int s = connectTo(port_); s >= 0) {
             ::close(s);
-            // One answered read: the daemon has opened its device, whose
-            // defaults would otherwise overwrite a first setting.
-            command(program_ == "rotctld" ? "p" : "f");
+            // One read by Hamlib's own client: its first open settles the
+            // dummy device's VFO, which would otherwise swallow a setting
+            // made before any client came.
+            openOnce();
             return;
         }
         int status = 0;
@@ -84,6 +85,22 @@ void HamlibDaemon::start() {
         std::this_thread::sleep_for(std::chrono::milliseconds(25));
     }
     throw std::runtime_error(program_ + " does not listen on port " + port);
+}
+
+void HamlibDaemon::openOnce() const {
+    const bool rot = program_ == "rotctld";
+    const std::string address = hostPort();
+    const pid_t client = ::fork();
+    if (client == 0) {
+        std::freopen("/dev/null", "w", stdout);
+        std::freopen("/dev/null", "w", stderr);
+        const char* tool = rot ? "rotctl" : "rigctl";
+        ::execlp(tool, tool, "-m", "2", "-r", address.c_str(), rot ? "p" : "f",
+                 static_cast<char*>(nullptr));
+        ::_exit(127);
+    }
+    if (client > 0)
+        ::waitpid(client, nullptr, 0);
 }
 
 void HamlibDaemon::kill() {

@@ -30,6 +30,8 @@ public:
     std::string command(const std::string& line) const;
 
 private:
+    void openOnce() const;
+
     std::string program_;
     int port_ = 0;
     pid_t pid_ = -1;
