@@ -45,5 +45,5 @@ function(orv_test_suite name dir)
     add_executable(test_${name} ${_src})
     target_link_libraries(test_${name} PRIVATE orv_test_support ${ARGN} GTest::gmock GTest::gtest_main)
     gtest_discover_tests(test_${name} DISCOVERY_TIMEOUT 60
-        PROPERTIES ENVIRONMENT "ORVANTA_SOURCE_DIR=${PROJECT_SOURCE_DIR};ORVANTA_BINARY_DIR=${PROJECT_BINARY_DIR};LSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/tests/lsan.supp")
+        PROPERTIES ENVIRONMENT "ORVANTA_SOURCE_DIR=${PROJECT_SOURCE_DIR};ORVANTA_BINARY_DIR=${PROJECT_BINARY_DIR}")
 endfunction()
