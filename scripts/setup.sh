@@ -21,6 +21,7 @@ packages=(
     hamradio-files python3 python3-pyftpdlib clang-format clang libclang-rt-14-dev
     librsvg2-bin desktop-file-utils appstream lintian dpkg-dev file man-db bash-completion
     pulseaudio pulseaudio-utils sox poppler-utils gnome-keyring
+    libhamlib-dev libhamlib-utils
 )
 # Node.js may come from elsewhere than Debian; only a missing one is installed.
 command -v node >/dev/null 2>&1 || packages+=(nodejs)
@@ -72,7 +73,9 @@ test)
     #    and UndefinedBehaviorSanitizer: proves core does not depend on Qt.
     build "$root/build-asan" -DCMAKE_BUILD_TYPE=Debug -DORVANTA_GUI=OFF -DORVANTA_WERROR=ON \
         -DORVANTA_SANITIZE=ON
+    #    libhamlib's own losses are known (tests/lsan.supp).
     ASAN_OPTIONS=detect_leaks=1 UBSAN_OPTIONS=print_stacktrace=1 \
+        LSAN_OPTIONS=suppressions="$root/tests/lsan.supp" \
         ctest --test-dir "$root/build-asan" --output-on-failure -j"$jobs" --timeout 900
     # 3. Every reader of outside input under libFuzzer (clang): its seeds and
     #    saved corpus replayed, then 20 seconds of fuzzing (tests/fuzz/README.md).

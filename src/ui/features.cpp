@@ -5,6 +5,7 @@
 #include "ui/main_window.h"
 #include "ui/options/options_menu.h"
 #include "ui/reference_menus.h"
+#include "ui/rig_binding.h"
 #include "ui/startup.h"
 #include "ui/stationlog/station_log_menu.h"
 #include "ui/submission_menus.h"
@@ -18,6 +19,7 @@ void installFeatures(Startup& startup) {
     installImportMenus(startup);
     new BackupBinding(startup, startup.window());
     installOptionsMenu(startup);
+    RigBinding::install(*startup.window(), startup.settings(), startup.texts());
 }
 
 } // namespace orv::ui

@@ -41,7 +41,10 @@ QDialog* makeKeyHelp(QWidget* parent, const Texts& texts) {
     auto* d = new QDialog(parent);
     d->setObjectName("Form3");
     d->setWindowTitle(plainCaption(texts(91)));
-    auto* table = new QTableWidget(static_cast<int>(std::size(kKeys)), 2, d);
+    // The rotator's keys, added since, take their texts from the table.
+    constexpr std::pair<int, int> kRotatorKeys[] = {{1235, 1236}, {1237, 1238}};
+    auto* table =
+        new QTableWidget(static_cast<int>(std::size(kKeys) + std::size(kRotatorKeys)), 2, d);
     table->setObjectName("KeyTable");
     table->horizontalHeader()->setVisible(false);
     table->verticalHeader()->setVisible(false);
@@ -51,6 +54,10 @@ QDialog* makeKeyHelp(QWidget* parent, const Texts& texts) {
         const QString key = k.keyText ? q(texts(k.keyText)) : QString::fromLatin1(k.key);
         table->setItem(r, 0, new QTableWidgetItem(key));
         table->setItem(r++, 1, new QTableWidgetItem(q(texts(k.action))));
+    }
+    for (const auto& [key, action] : kRotatorKeys) {
+        table->setItem(r, 0, new QTableWidgetItem(q(texts(key))));
+        table->setItem(r++, 1, new QTableWidgetItem(q(texts(action))));
     }
     table->resizeColumnsToContents();
     table->horizontalHeader()->setStretchLastSection(true);

@@ -369,7 +369,10 @@ void MainWindow::showStatus(const QString& text) {
 }
 
 EntryRow MainWindow::entryRow() const {
-    return entry_->entryRow();
+    EntryRow r = entry_->entryRow();
+    if (rigFrequency)
+        r.freqHz = rigFrequency();
+    return r;
 }
 
 void MainWindow::setEntryRow(const EntryRow& row) {

@@ -187,6 +187,12 @@ public:
     // The window's key-press handler, after its own keys: true when the key
     // was taken (a key that publishes a text to the remote clients).
     std::function<bool(QKeyEvent*)> onFormKeyPress;
+    // Ctrl+R turns the antenna to the bearing in hand, Ctrl+Shift+R
+    // (`stop`) stops it.
+    std::function<void(bool stop)> onRotatorKey;
+    // The rig's frequency on the band in Hz for the QSO being stored, 0 when
+    // unknown; unset without a rig.
+    std::function<std::int64_t()> rigFrequency;
 
 signals:
     void bandChanged(int index);

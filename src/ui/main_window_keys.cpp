@@ -125,6 +125,13 @@ bool MainWindow::windowKey(QKeyEvent* e) {
             onSquareWindow();
         return true;
     }
+    if (onRotatorKey && e->key() == Qt::Key_R) {
+        const auto mods = e->modifiers() & ~Qt::KeypadModifier;
+        if (mods == Qt::ControlModifier || mods == (Qt::ControlModifier | Qt::ShiftModifier)) {
+            onRotatorKey(mods != Qt::ControlModifier);
+            return true;
+        }
+    }
     if (ctrl(e, Qt::Key_N)) {
         const auto name = platform::QtDialogs::input(this, texts_(22), texts_(22),
                                                      entry_->currentName().toStdString());

@@ -66,6 +66,7 @@ std::optional<QsoRow> Capture::rowForCommit(const EntryRow& row, Failure& failur
     q.qsoNr = serial;
     q.qrb = distance(config_.ownLocator, c.locator);
     q.name = text::left(row.name, 100);
+    q.freqHz = row.freqHz > 0 ? row.freqHz : 0;
     fillRow(q, c, row.qsl, row.note, row.mode, row.rxMode, row.prop, row.op);
     return q;
 }

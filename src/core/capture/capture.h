@@ -36,6 +36,9 @@ struct EntryRow {
     std::string prop;       // Combo6
     std::string op;         // Combo8
     std::string name;       // CurrentName
+
+    // The rig's frequency on the band in Hz, 0 without a rig.
+    std::int64_t freqHz = 0;
 };
 
 // The settings the capture reads.

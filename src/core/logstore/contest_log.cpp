@@ -64,6 +64,7 @@ QsoRow readRow(const sql::Stmt& st) {
     r.ausBr = st.text(15);
     r.errQso = st.int64(16) != 0;
     r.opCall = st.text(17);
+    r.freqHz = st.int64(18);
     return r;
 }
 
@@ -128,7 +129,31 @@ bool QsoRow::operator==(const QsoRow& o) const {
 }
 
 ContestLog::ContestLog(std::filesystem::path path, sql::Db db)
-    : path_(std::move(path)), db_(std::move(db)) {}
+    : path_(std::move(path)), db_(std::move(db)) {
+    try {
+        addOwnColumns(db_);
+    } catch (const sql::Error&) {
+        // A log on a read-only medium is read as it stands; its QSOs have no
+        // known frequency.
+    }
+    for (int i = 0; i < kBandCount; ++i)
+        freqColumn_[static_cast<std::size_t>(i)] = FieldExists(db_, band(i).table, "FreqHz");
+}
+
+std::string ContestLog::columns(int b) const {
+    return std::string(kColumns) +
+           (freqColumn_.at(static_cast<std::size_t>(b)) ? ", \"FreqHz\"" : ", 0");
+}
+
+void addOwnColumns(sql::Db& db) {
+    // Logs of older versions and of other programs lack the column; it is
+    // added on opening, and their rows read as "frequency unknown".
+    for (const Band& b : kBands) {
+        if (!FieldExists(db, b.table, "FreqHz"))
+            db.exec("ALTER TABLE " + sql::quoteIdent(b.table) +
+                    " ADD COLUMN \"FreqHz\" INTEGER NOT NULL DEFAULT 0");
+    }
+}
 
 ContestLog ContestLog::create(const std::filesystem::path& path, const NewLogData& data) {
     if (std::filesystem::exists(path))
@@ -252,7 +277,7 @@ std::array<bool, kBandCount> ContestLog::bandsWithQsos() {
 
 std::vector<QsoRow> ContestLog::select(int b, const std::string& whereOrder,
                                        const std::function<void(sql::Stmt&)>& bind) {
-    auto st = db_.prepare(std::string("SELECT ") + kColumns + " FROM " + table(b) + whereOrder);
+    auto st = db_.prepare("SELECT " + columns(b) + " FROM " + table(b) + whereOrder);
     if (bind)
         bind(st);
     std::vector<QsoRow> out;
@@ -279,7 +304,7 @@ std::vector<QsoRow> ContestLog::rows(int b, LogIndex order) {
 
 void ContestLog::forEachRow(int b, LogIndex order,
                             const std::function<bool(const QsoRow&)>& visit) {
-    auto st = db_.prepare(std::string("SELECT ") + kColumns + " FROM " + table(b) + orderBy(order));
+    auto st = db_.prepare("SELECT " + columns(b) + " FROM " + table(b) + orderBy(order));
     while (st.step())
         if (!visit(readRow(st)))
             break;
@@ -369,15 +394,20 @@ void ContestLog::updateTotalsIn(int b, const BandTotals& t) {
 }
 
 RowId ContestLog::addQso(int b, const QsoRow& row, const BandTotals& t) {
+    const bool freq = freqColumn_.at(static_cast<std::size_t>(b));
     const std::string insert = "INSERT INTO " + table(b) +
                                " (\"Call\", \"Locator\", \"QRG\", \"DatTime\", \"RSTgeg\", "
                                "\"QSONr\", \"RSTerh\", \"QRB\", \"QSL\", \"Notice\", \"Mod\", "
-                               "\"Dupe\", \"Name\", \"ModRX\", \"AusBr\", \"ErrQSO\", \"OPCall\") "
-                               "VALUES (?1, ?2, ?3, ?4, ?5, ?6, ?7, ?8, ?9, ?10, ?11, ?12, ?13, "
-                               "?14, ?15, ?16, ?17)";
+                               "\"Dupe\", \"Name\", \"ModRX\", \"AusBr\", \"ErrQSO\", \"OPCall\"" +
+                               (freq ? ", \"FreqHz\"" : "") +
+                               ") VALUES (?1, ?2, ?3, ?4, ?5, ?6, ?7, ?8, ?9, ?10, ?11, ?12, ?13, "
+                               "?14, ?15, ?16, ?17" +
+                               (freq ? ", ?18)" : ")");
     sql::Transaction tx(db_);
     auto st = db_.prepare(insert);
     bindRow(st, row);
+    if (freq)
+        st.bind(18, row.freqHz);
     st.run();
     const RowId id = db_.lastInsertRowid();
     updateTotalsIn(b, t);

@@ -68,6 +68,10 @@ struct QsoRow {
     std::string ausBr;      // AusBr
     bool errQso = false;    // ErrQSO: marked as deleted
     std::string opCall;     // OPCall
+    // The rig's frequency on the band in Hz when the rig was connected, 0
+    // when unknown: the column `FreqHz` of our own after the 17 above. A
+    // correction leaves it as it was. Not compared.
+    std::int64_t freqHz = 0;
 
     // Where the row is stored; 0 for a row not read from the file. Not a
     // field of the table and not compared.
@@ -194,15 +198,23 @@ public:
 private:
     ContestLog(std::filesystem::path path, sql::Db db);
     void updateTotalsIn(int band, const BandTotals& totals);
+    // The columns read into a QsoRow; a band table without `FreqHz` (a
+    // read-only older log) reads 0 in its place.
+    std::string columns(int band) const;
     std::vector<QsoRow> select(int band, const std::string& whereOrder,
                                const std::function<void(sql::Stmt&)>& bind);
 
     std::filesystem::path path_;
     sql::Db db_;
+    std::array<bool, kBandCount> freqColumn_{};
 };
 
 // Removes a log file together with the journal files SQLite may keep beside
 // it, so that a new log of the same name never meets a stale journal.
 void removeLogFile(const std::filesystem::path& path);
+
+// Adds the columns of our own that a log of an older version lacks (the
+// frequency `FreqHz` of every band table); the open log does it itself.
+void addOwnColumns(sql::Db& db);
 
 } // namespace orv

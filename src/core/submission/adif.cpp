@@ -69,6 +69,15 @@ std::string adifRecord(const EvalCells& c, std::string_view frequency) {
     return r;
 }
 
+std::string adifMHz(std::int64_t hz) {
+    // MHz with the Hz as decimals, trailing zeros dropped: 432200000 -> 432.2.
+    std::string s = std::to_string(hz / 1'000'000);
+    std::string frac = std::to_string(1'000'000 + hz % 1'000'000).substr(1);
+    while (!frac.empty() && frac.back() == '0')
+        frac.pop_back();
+    return frac.empty() ? s : s + "." + frac;
+}
+
 std::string adifText(const std::vector<Evaluation>& bands, const AdifFrequencies& frequencies) {
     std::string out = "; This file was created by OrvantaContest v" + programVersionText() + kCrLf;
     out += std::string("<EOH>") + kCrLf;
@@ -77,7 +86,7 @@ std::string adifText(const std::vector<Evaluation>& bands, const AdifFrequencies
         for (const EvalRow& row : ev.rows) {
             if (row.deleted())
                 continue;
-            out += adifRecord(row.cells, freq);
+            out += adifRecord(row.cells, row.freqHz > 0 ? adifMHz(row.freqHz) : freq);
             out += kCrLf;
         }
     }

@@ -11,9 +11,10 @@
 #include "core/util/result.h"
 
 // The ADIF file of a whole contest log: every band's evaluation in band
-// order, one record a QSO, deleted QSOs left out. The log holds no
-// frequency, so every QSO of a band carries the band's frequency from the
-// table `ADIFQRG0` .. `ADIFQRG9` (section QB-OPTION).
+// order, one record a QSO, deleted QSOs left out. A QSO logged with the rig
+// connected carries its own frequency (`FreqHz`); every other QSO of a band
+// the band's frequency from the table `ADIFQRG0` .. `ADIFQRG9` (section
+// QB-OPTION).
 //
 // The file is written in Windows-1252, like the EDI file, so that each
 // field length counts bytes and characters alike.
@@ -33,6 +34,9 @@ void setAdifFrequencies(Settings& settings, const AdifFrequencies& boxes);
 // Every band of a log evaluated in band order, as the exports step the
 // band box through all positions.
 std::vector<Evaluation> evaluateAllBands(ContestLog& log, const CountryList* countries);
+
+// A frequency in Hz as ADIF's MHz: "432.2", "10368.1005".
+std::string adifMHz(std::int64_t hz);
 
 // One record in Windows-1252 bytes, without the line end: the pieces
 // QSO_DATE, TIME_ON, CALL, RST_SENT, RST_RCVD, FREQ, MODE, QSL_SENT,

@@ -195,7 +195,7 @@ Evaluation evaluate(ContestLog& log, int b, const CountryList* countries) {
     ev.bandsWithQsos = log.bandsWithQsos();
 
     log.forEachRow(b, LogIndex::QSONr, [&](const QsoRow& q) {
-        EvalRow row{cellsOf(q, ev.multiplier), false};
+        EvalRow row{cellsOf(q, ev.multiplier), false, q.freqHz};
         if (!row.cells[evalcol::Info].empty())
             ++ev.dupes;
         if (!q.errQso)

@@ -72,6 +72,8 @@ struct EvalRow {
     // Deleted rows are drawn in red, but only when the band has an ODX QSO
     // number: the colouring happens in the pass that marks the ODX.
     bool red = false;
+    // The QSO's frequency in Hz when the rig gave it, else 0.
+    std::int64_t freqHz = 0;
 
     bool deleted() const { return cells[evalcol::ErrQSO] == "True"; }
 };

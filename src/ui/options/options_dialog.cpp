@@ -15,6 +15,7 @@
 #include "ui/options/cw_page.h"
 #include "ui/options/dde_page.h"
 #include "ui/options/general_page.h"
+#include "ui/options/hamlib_pages.h"
 #include "ui/options/list_page.h"
 #include "ui/options/operator_page.h"
 #include "ui/options/time_page.h"
@@ -44,6 +45,8 @@ OptionsDialog::OptionsDialog(OptionsContext ctx, const Settings& live,
               makeModePage(ctx_, stack_),
               makePropagationPage(ctx_, stack_),
               new DdePage(ctx_, stack_),
+              makeRotatorOptionsPage(ctx_, stack_),
+              makeRigOptionsPage(ctx_, stack_),
               contest_};
     for (OptionsPage* p : pages_) {
         p->load(live);

@@ -15,6 +15,7 @@
 #include "ui/main_window.h"
 #include "ui/options/options_dialog.h"
 #include "ui/remote_binding.h"
+#include "ui/rig_binding.h"
 #include "ui/startup.h"
 
 namespace orv::ui {
@@ -123,6 +124,7 @@ void OptionsMenu::apply() {
         backup->LadeSichernOptionen();
     if (auto* remote = w->findChild<RemoteBinding*>("RemoteBinding"))
         remote->reloadPublishKeys(st);
+    RigBinding::install(*w, st, s_.texts());
 }
 
 void installOptionsMenu(Startup& startup) {

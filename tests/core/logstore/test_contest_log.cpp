@@ -178,11 +178,13 @@ TEST(ContestLog, AQsoRoundTripsThroughAllSeventeenFields) {
     r.ausBr = "TRO";
     r.errQso = true;
     r.opCall = "DL2OP";
+    r.freqHz = 432'200'500;
     const RowId id = log.addQso(k432, r, BandTotals{456, 456, 17});
     const auto back = log.row(k432, id);
     ASSERT_TRUE(back);
     EXPECT_EQ(*back, r);
     EXPECT_EQ(back->rowId, id);
+    EXPECT_EQ(back->freqHz, 432'200'500);
 
     // Each value lands in its own field with its stored form.
     auto st = log.db().prepare(
@@ -349,4 +351,38 @@ TEST(ContestLog, ABandOfAHundredThousandRowsLoadsInOrder) {
         ASSERT_EQ(rows[static_cast<std::size_t>(i)].qsoNr, i + 1);
     EXPECT_EQ(log.findByQsoNr(k144, 54321)->call, "DL54321");
     EXPECT_EQ(log.firstLiveByCall(k144, "DL77777")->qsoNr, 77777);
+}
+
+TEST(ContestLog, AnOlderLogGetsTheFrequencyColumnWhenItOpens) {
+    test::TempDir dir;
+    const auto path = dir / "Old.sqlite";
+    {
+        // The schema of a log written before the column existed.
+        sql::Db db(path.string());
+        NewQbLogBD(db);
+        db.exec("INSERT INTO MyData (MyCall) VALUES ('DL1ABC')");
+        db.exec("INSERT INTO \"144MHz\" (Call, Locator, QRG, DatTime, RSTgeg, QSONr, RSTerh, QRB, "
+                "QSL, Notice, Mod, Dupe, Name, ModRX, AusBr, ErrQSO, OPCall) VALUES ('OK1KKW', "
+                "'JO70FD', 144, '2026-05-02 10:00:00', '59', 1, '59001', 275, 0, '', 'SSB', 0, "
+                "'', 'SSB', '', 0, '')");
+    }
+    ASSERT_FALSE(FieldExists(path, "144MHz", "FreqHz"));
+    auto log = ContestLog::open(path).value();
+    for (const Band& b : kBands)
+        EXPECT_TRUE(FieldExists(log.db(), b.table, "FreqHz")) << b.table;
+    ASSERT_EQ(log.rows(k144).size(), 1u);
+    EXPECT_EQ(log.rows(k144)[0].freqHz, 0); // unknown
+
+    // A correction keeps the frequency the QSO was logged on.
+    QsoRow q = qso("DL9XX", 2, 10);
+    q.freqHz = 144'300'000;
+    const RowId id = log.addQso(k144, q, BandTotals{285, 275, 1});
+    q.call = "DL9XY";
+    q.freqHz = 0;
+    log.updateQso(k144, id, q, BandTotals{285, 275, 1});
+    EXPECT_EQ(log.row(k144, id)->call, "DL9XY");
+    EXPECT_EQ(log.row(k144, id)->freqHz, 144'300'000);
+    // Opening again changes nothing more.
+    auto again = ContestLog::open(path);
+    EXPECT_TRUE(again.ok());
 }

@@ -172,3 +172,22 @@ TEST(TextListing, LinesStatisticsAndErrorRows) {
     EXPECT_EQ(p, dir / "list.TXT");
     EXPECT_EQ(crlfLines(fileio::readAll(p)), without);
 }
+
+TEST(Adif, AQsosOwnFrequencyStandsBeforeTheBandsFrequency) {
+    test::TempDir dir;
+    ContestLog log = test::makeLog(dir / "Logs");
+    QsoRow withRig = qso(1, "OK1XY", "JO70AB", 205);
+    withRig.qrg = 10000;
+    withRig.freqHz = 10'368'100'500;
+    QsoRow without = qso(2, "DL1ABC", "JN58TD", 300);
+    without.qrg = 10000;
+    test::addRows(log, 7, {withRig, without});
+    AdifFrequencies freqs{};
+    freqs[7] = "10368";
+    const auto lines = crlfLines(adifText(evaluateAllBands(log, nullptr), freqs));
+    ASSERT_EQ(lines.size(), 4u);
+    EXPECT_NE(lines[2].find("<FREQ:10>10368.1005<MODE"), std::string::npos) << lines[2];
+    EXPECT_NE(lines[3].find("<FREQ:5>10368<MODE"), std::string::npos) << lines[3];
+    EXPECT_EQ(adifMHz(432'200'000), "432.2");
+    EXPECT_EQ(adifMHz(50'000'000), "50");
+}
