@@ -125,7 +125,8 @@ bool QsoRow::operator==(const QsoRow& o) const {
     return call == o.call && locator == o.locator && qrg == o.qrg && datTime == o.datTime &&
            rstGeg == o.rstGeg && qsoNr == o.qsoNr && rstErh == o.rstErh && qrb == o.qrb &&
            qsl == o.qsl && notice == o.notice && mod == o.mod && dupe == o.dupe && name == o.name &&
-           modRx == o.modRx && ausBr == o.ausBr && errQso == o.errQso && opCall == o.opCall;
+           modRx == o.modRx && ausBr == o.ausBr && errQso == o.errQso && opCall == o.opCall &&
+           freqHz == o.freqHz;
 }
 
 ContestLog::ContestLog(std::filesystem::path path, sql::Db db)
@@ -296,7 +297,7 @@ std::optional<QsoRow> ContestLog::row(int b, RowId id) {
 std::vector<QsoRow> ContestLog::rows(int b, LogIndex order) {
     std::vector<QsoRow> out;
     out.reserve(static_cast<std::size_t>(rowCount(b)));
-    auto st = db_.prepare(std::string("SELECT ") + kColumns + " FROM " + table(b) + orderBy(order));
+    auto st = db_.prepare("SELECT " + columns(b) + " FROM " + table(b) + orderBy(order));
     while (st.step())
         out.push_back(readRow(st));
     return out;
