@@ -30,9 +30,9 @@ struct Column {
 
 std::vector<Column> columnsOf(const Evaluation& ev, const Texts& texts) {
     std::vector<Column> cols;
-    const auto& spec = evalColumns();
+    const auto& columns = evalColumns();
     for (int c = 0; c < kEvalColumns; ++c) {
-        const EvalColumn& s = spec[static_cast<std::size_t>(c)];
+        const EvalColumn& s = columns[static_cast<std::size_t>(c)];
         if (s.width == 0)
             continue;
         Column col{c, s.headerText ? text::trim(texts(s.headerText)) : std::string(), 0, s.align};

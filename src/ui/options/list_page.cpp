@@ -10,17 +10,17 @@
 
 namespace orv::ui {
 
-ListPage::ListPage(OptionsContext& ctx, Spec spec, QWidget* parent)
-    : OptionsPage(ctx, spec.objectName, spec.titleRow, parent), spec_(std::move(spec)) {
+ListPage::ListPage(OptionsContext& ctx, Definition def, QWidget* parent)
+    : OptionsPage(ctx, def.objectName, def.titleRow, parent), def_(std::move(def)) {
     auto* layout = new QHBoxLayout(this);
     list_ = new QListWidget(this);
-    list_->setObjectName(QString(spec_.objectName) + "List");
+    list_->setObjectName(QString(def_.objectName) + "List");
     layout->addWidget(list_);
     auto* column = new QVBoxLayout;
     const int rows[] = {72, 362, 357};
     for (int i = 0; i < 3; ++i) {
         auto* b = new QPushButton(ctx.t(rows[i]), this);
-        b->setObjectName(spec_.buttons[i]);
+        b->setObjectName(def_.buttons[i]);
         column->addWidget(b);
         connect(b, &QPushButton::clicked, this, [this, i] {
             if (i == 0)
@@ -37,9 +37,9 @@ ListPage::ListPage(OptionsContext& ctx, Spec spec, QWidget* parent)
 
 void ListPage::load(const Settings& s) {
     list_->clear();
-    std::vector<std::string> entries = s.list(spec_.section);
+    std::vector<std::string> entries = s.list(def_.section);
     // The window offers these when the MODE list is empty.
-    if (entries.empty() && spec_.section == section::MODE)
+    if (entries.empty() && def_.section == section::MODE)
         entries = {"SSB", "CW", "FM"};
     for (const std::string& e : entries)
         list_->addItem(QString::fromStdString(e));
@@ -49,15 +49,15 @@ void ListPage::save(Settings& s) {
     std::vector<std::string> entries;
     for (int i = 0; i < list_->count(); ++i)
         entries.push_back(list_->item(i)->text().toStdString());
-    s.setList(spec_.section, entries);
+    s.setList(def_.section, entries);
 }
 
 std::optional<QString> ListPage::ask(const QString& proposal) {
-    const auto typed = ctx_.input(this, ctx_.t(spec_.promptRow), proposal);
+    const auto typed = ctx_.input(this, ctx_.t(def_.promptRow), proposal);
     if (!typed)
         return std::nullopt;
     const std::string entry = text::trim(typed->toStdString());
-    if (const Status s = spec_.check(entry); !s) {
+    if (const Status s = def_.check(entry); !s) {
         ctx_.dialogs.inform(ctx_.texts(s.failure().text), Icon::Warning);
         return std::nullopt;
     }

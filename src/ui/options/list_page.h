@@ -16,7 +16,7 @@ namespace orv::ui {
 class ListPage final : public OptionsPage {
     Q_OBJECT
 public:
-    struct Spec {
+    struct Definition {
         const char* objectName;
         int titleRow;
         std::string_view section;
@@ -25,7 +25,7 @@ public:
         std::array<const char*, 3> buttons;
         std::function<Status(std::string_view)> check;
     };
-    ListPage(OptionsContext& ctx, Spec spec, QWidget* parent);
+    ListPage(OptionsContext& ctx, Definition def, QWidget* parent);
     void load(const Settings& s) override;
     void save(Settings& s) override;
 
@@ -35,7 +35,7 @@ private:
     void remove();
     std::optional<QString> ask(const QString& proposal);
 
-    Spec spec_;
+    Definition def_;
     QListWidget* list_ = nullptr;
 };
 
