@@ -2,6 +2,9 @@
 //  - a key press in the call field and in the locator field, each measured
 //    as the key event plus the event processing that follows it, against a
 //    key press into a plain QLineEdit in the same run;
+//  - key presses in the call field while QSOs are logged through the window
+//    one after the other, with and without a backup after each change
+//    running beside them (the copy of a 40,000-QSO log);
 //  - a band change between two bands of 20,000 QSOs, both held in memory
 //    (the worker has loaded the second one), against a plain window whose
 //    table of the same size is swapped to other content.
@@ -27,6 +30,7 @@
 #include "core/logstore/contest_log.h"
 #include "core/util/sqlite.h"
 #include "platform/qt_dialogs.h"
+#include "ui/backup_binding.h"
 #include "ui/log_dialog.h"
 #include "ui/main_window.h"
 #include "ui/startup.h"
@@ -187,6 +191,69 @@ void BM_KeyPressLocatorField(benchmark::State& state) {
     typeInto(state, program().window()->findChild<QLineEdit*>("Text7"), kLocators);
 }
 
+// A new call for each QSO, so that none is a duplicate.
+std::string nthCall(int n) {
+    std::string c = "OK1";
+    for (int i = 0; i < 3; ++i, n /= 26)
+        c += static_cast<char>('A' + n % 26);
+    return c;
+}
+
+// Calls are typed key by key (measured); after each call the QSO is logged
+// with its report and locator (not measured), which with the backup on asks
+// for a copy that runs while the next call is typed.
+void BM_KeyPressWhileLogging(benchmark::State& state) {
+    Program& p = program();
+    ui::MainWindow* w = p.window();
+    auto* backup = w->findChild<ui::BackupBinding*>("BackupBinding");
+    if (!backup) {
+        state.SkipWithError("no backup binding");
+        return;
+    }
+    std::filesystem::create_directories(p.dir / "Stick");
+    Settings& st = p.startup->settings();
+    st.set(keys::SichernPfad, (p.dir / "Stick").string());
+    st.set(keys::SichernungsArt, false);
+    st.set(keys::SichernungAN, state.range(0) ? 1 : 0);
+    backup->LadeSichernOptionen();
+    auto* call = w->findChild<QLineEdit*>("Text3");
+    auto* rcvd = w->findChild<QLineEdit*>("Text6");
+    auto* locator = w->findChild<QLineEdit*>("Text7");
+    call->setFocus(Qt::OtherFocusReason);
+    QApplication::processEvents();
+    static int qso = 0;
+    const auto rowsBefore = p.startup->log()->rowCount(k144);
+    std::vector<double> ms;
+    std::string text = nthCall(qso++);
+    std::size_t pos = 0;
+    for (auto _ : state) {
+        const auto t0 = Clock_::now();
+        QTest::keyClick(call, text[pos]);
+        QApplication::processEvents();
+        const double sec = std::chrono::duration<double>(Clock_::now() - t0).count();
+        state.SetIterationTime(sec);
+        ms.push_back(sec * 1000);
+        if (++pos == text.size()) {
+            state.PauseTiming();
+            rcvd->setText("59001");
+            locator->setText("JO62QM");
+            QTest::keyClick(locator, Qt::Key_Return);
+            QApplication::processEvents();
+            call->setFocus(Qt::OtherFocusReason);
+            text = nthCall(qso++);
+            pos = 0;
+            state.ResumeTiming();
+        }
+    }
+    backup->waitIdle();
+    st.set(keys::SichernungAN, 0);
+    backup->LadeSichernOptionen();
+    report(state, ms);
+    // What really happened: the QSOs stored, and the copy there.
+    state.counters["qsos"] = static_cast<double>(p.startup->log()->rowCount(k144) - rowsBefore);
+    state.counters["copy_exists"] = std::filesystem::exists(p.dir / "Stick" / "bench.sqlite");
+}
+
 void BM_BandChange(benchmark::State& state) {
     ui::MainWindow* w = program().window();
     std::vector<double> ms;
@@ -258,6 +325,12 @@ BENCHMARK(BM_KeyPressCallField)->UseManualTime()->Iterations(2000)->Unit(benchma
 BENCHMARK(BM_KeyPressLocatorField)
     ->UseManualTime()
     ->Iterations(2000)
+    ->Unit(benchmark::kMicrosecond);
+BENCHMARK(BM_KeyPressWhileLogging)
+    ->Arg(0)
+    ->Arg(1)
+    ->UseManualTime()
+    ->Iterations(1200)
     ->Unit(benchmark::kMicrosecond);
 BENCHMARK(BM_BandChangePlainWindow)
     ->UseManualTime()
