@@ -53,16 +53,14 @@ using Clock_ = std::chrono::steady_clock;
 
 namespace {
 
+using orv::bench::FixedClock;
 using orv::bench::percentile;
+using orv::bench::reportPercentiles;
+using orv::bench::tempFolder;
 
 constexpr int kRows = 5000;
 constexpr int k144 = 1;
 const std::string kCq = "CQ TEST DE OE1ABC";
-
-class FixedClock final : public Clock {
-public:
-    DateTime now() const override { return DateTime{2026, 5, 2, 14, 30, 0}; }
-};
 
 class StampingLine final : public keying::KeyLineDevice {
 public:
@@ -138,14 +136,6 @@ void collectErrors(const std::vector<double>& stamps, const std::vector<Round>& 
     }
 }
 
-std::filesystem::path tempFolder() {
-    std::string t =
-        (std::filesystem::temp_directory_path() / "orvanta-bench-beacon-XXXXXX").string();
-    if (!mkdtemp(t.data()))
-        std::abort();
-    return t;
-}
-
 void fill(ContestLog& log) {
     sql::Transaction tx(log.db());
     auto st = log.db().prepare(
@@ -161,7 +151,7 @@ void fill(ContestLog& log) {
 }
 
 struct Program {
-    std::filesystem::path dir = tempFolder();
+    std::filesystem::path dir = tempFolder("beacon");
     FixedClock clock;
     SilentBeeper beeper;
     platform::QtDialogs dialogs;
@@ -285,9 +275,7 @@ void typeCalls(benchmark::State& state, bool withBeacon) {
         state.counters["rounds"] = p.beacon->machine().count();
         p.stopBeacon();
     }
-    state.counters["p50_ms"] = percentile(ms, 0.50);
-    state.counters["p99_ms"] = percentile(ms, 0.99);
-    state.counters["max_ms"] = percentile(ms, 1.0);
+    reportPercentiles(state, ms);
 }
 
 void BM_KeyPressIdle(benchmark::State& state) {

@@ -47,27 +47,17 @@ using Clock_ = std::chrono::steady_clock;
 
 namespace {
 
+using orv::bench::FixedClock;
 using orv::bench::percentile;
+using orv::bench::reportPercentiles;
+using orv::bench::tempFolder;
 
 constexpr int kClients = 16;
 constexpr double kRate = 2000; // commands a second, all clients together
 constexpr int kKeyGapMs = 20;
 
-class FixedClock final : public Clock {
-public:
-    DateTime now() const override { return DateTime{2026, 5, 2, 14, 30, 0}; }
-};
-
-std::filesystem::path tempFolder() {
-    std::string t =
-        (std::filesystem::temp_directory_path() / "orvanta-bench-remote-XXXXXX").string();
-    if (!mkdtemp(t.data()))
-        std::abort();
-    return t;
-}
-
 struct Program {
-    std::filesystem::path dir = tempFolder();
+    std::filesystem::path dir = tempFolder("remote");
     FixedClock clock;
     SilentBeeper beeper;
     platform::QtDialogs dialogs;

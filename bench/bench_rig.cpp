@@ -35,22 +35,13 @@ using Clock_ = std::chrono::steady_clock;
 
 namespace {
 
+using orv::bench::FixedClock;
 using orv::bench::percentile;
-
-class FixedClock final : public Clock {
-public:
-    DateTime now() const override { return DateTime{2026, 5, 2, 14, 30, 0}; }
-};
-
-std::filesystem::path tempFolder() {
-    std::string t = (std::filesystem::temp_directory_path() / "orvanta-bench-rig-XXXXXX").string();
-    if (!mkdtemp(t.data()))
-        std::abort();
-    return t;
-}
+using orv::bench::reportPercentiles;
+using orv::bench::tempFolder;
 
 struct Program {
-    std::filesystem::path dir = tempFolder();
+    std::filesystem::path dir = tempFolder("rig");
     test::HamlibDaemon rig{"rigctld"};
     test::HamlibDaemon rot{"rotctld"};
     FixedClock clock;
@@ -125,9 +116,7 @@ void typeCalls(benchmark::State& state) {
             QApplication::processEvents(QEventLoop::AllEvents, 1);
         state.ResumeTiming();
     }
-    state.counters["p50_ms"] = percentile(ms, 0.50);
-    state.counters["p99_ms"] = percentile(ms, 0.99);
-    state.counters["max_ms"] = percentile(ms, 1.0);
+    reportPercentiles(state, ms);
     state.counters["status_shown"] = p.label("RigStatus").isEmpty() ? 0 : 1;
     state.counters["dialogs"] = static_cast<double>(platform::QtDialogs::recorded().size());
 }

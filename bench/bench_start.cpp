@@ -32,23 +32,14 @@ using Clock_ = std::chrono::steady_clock;
 
 namespace {
 
-class FixedClock final : public Clock {
-public:
-    DateTime now() const override { return DateTime{2026, 5, 2, 14, 30, 0}; }
-};
-
-fs::path tempFolder() {
-    std::string t = (fs::temp_directory_path() / "orvanta-bench-start-XXXXXX").string();
-    if (!mkdtemp(t.data()))
-        std::abort();
-    return t;
-}
+using orv::bench::FixedClock;
+using orv::bench::tempFolder;
 
 // 1,000,000 distinct calls of the shape of a national list, each with a
 // locator, in file order unsorted; made once per run.
 const fs::path& bigCallDb() {
     static const fs::path file = [] {
-        const fs::path dir = tempFolder();
+        const fs::path dir = tempFolder("start");
         const fs::path p = dir / "QBDat.sqlite";
         CallDbStore store(p);
         store.db().exec("PRAGMA synchronous = OFF");
@@ -88,7 +79,7 @@ void startToFirstKey(benchmark::State& state, bool big) {
     double shownMs = 0, answeredMs = 0;
     for (auto _ : state) {
         state.PauseTiming();
-        const fs::path dir = tempFolder();
+        const fs::path dir = tempFolder("start");
         {
             std::ofstream ini(dir / "OrvantaContest.INI");
             ini << "[QB]\nEinverstanden=-1\n";

@@ -41,23 +41,14 @@ using Clock_ = std::chrono::steady_clock;
 
 namespace {
 
+using orv::bench::FixedClock;
 using orv::bench::percentile;
+using orv::bench::reportPercentiles;
+using orv::bench::tempFolder;
 
 constexpr int kRows = 20000;
 constexpr int k144 = 1;
 constexpr int k432 = 2;
-
-class FixedClock final : public Clock {
-public:
-    DateTime now() const override { return DateTime{2026, 5, 2, 14, 30, 0}; }
-};
-
-std::filesystem::path tempFolder() {
-    std::string t = (std::filesystem::temp_directory_path() / "orvanta-bench-ui-XXXXXX").string();
-    if (!mkdtemp(t.data()))
-        std::abort();
-    return t;
-}
 
 // Distinct calls and locators spread over Europe, in one transaction per band.
 void fill(ContestLog& log, const char* table, int band) {
@@ -88,7 +79,7 @@ void fill(ContestLog& log, const char* table, int band) {
 
 // A data folder with one log of two full bands, opened by the real start-up.
 struct Program {
-    std::filesystem::path dir = tempFolder();
+    std::filesystem::path dir = tempFolder("ui");
     FixedClock clock;
     SilentBeeper beeper;
     platform::QtDialogs dialogs;
@@ -137,12 +128,6 @@ Program& program() {
     return *theProgram;
 }
 
-void report(benchmark::State& state, const std::vector<double>& ms) {
-    state.counters["p50_ms"] = percentile(ms, 0.50);
-    state.counters["p99_ms"] = percentile(ms, 0.99);
-    state.counters["max_ms"] = percentile(ms, 1.0);
-}
-
 // Types `texts` into `field` in turn, one measured key press each; the field
 // is emptied (unmeasured) after each text.
 void typeInto(benchmark::State& state, QLineEdit* field, const std::vector<std::string>& texts) {
@@ -167,7 +152,7 @@ void typeInto(benchmark::State& state, QLineEdit* field, const std::vector<std::
             state.ResumeTiming();
         }
     }
-    report(state, ms);
+    reportPercentiles(state, ms);
 }
 
 const std::vector<std::string> kCalls = {"K19AB", "K7001AB", "DL1ABC", "K123", "OK1KHL"};
@@ -248,7 +233,7 @@ void BM_KeyPressWhileLogging(benchmark::State& state) {
     backup->waitIdle();
     st.set(keys::SichernungAN, 0);
     backup->LadeSichernOptionen();
-    report(state, ms);
+    reportPercentiles(state, ms);
     // What really happened: the QSOs stored, and the copy there.
     state.counters["qsos"] = static_cast<double>(p.startup->log()->rowCount(k144) - rowsBefore);
     state.counters["copy_exists"] = std::filesystem::exists(p.dir / "Stick" / "bench.sqlite");
@@ -267,7 +252,7 @@ void BM_BandChange(benchmark::State& state) {
         ms.push_back(s * 1000);
         band = band == k144 ? k432 : k144;
     }
-    report(state, ms);
+    reportPercentiles(state, ms);
 }
 
 // A table of 20,000 rows and 18 columns whose content changes at once, as
@@ -312,7 +297,7 @@ void BM_BandChangePlainWindow(benchmark::State& state) {
         state.SetIterationTime(s);
         ms.push_back(s * 1000);
     }
-    report(state, ms);
+    reportPercentiles(state, ms);
 }
 
 } // namespace

@@ -7,8 +7,13 @@
 
 #include <QApplication>
 #include <algorithm>
+#include <cstdlib>
+#include <filesystem>
 #include <functional>
+#include <string>
 #include <vector>
+
+#include "core/util/ports.h"
 
 namespace orv::bench {
 
@@ -18,6 +23,28 @@ inline double percentile(std::vector<double> v, double p) {
     std::sort(v.begin(), v.end());
     const auto at = static_cast<std::size_t>(p * static_cast<double>(v.size() - 1) + 0.5);
     return v[std::min(at, v.size() - 1)];
+}
+
+// The median, the 99th percentile and the maximum of samples in ms.
+inline void reportPercentiles(benchmark::State& state, const std::vector<double>& ms) {
+    state.counters["p50_ms"] = percentile(ms, 0.50);
+    state.counters["p99_ms"] = percentile(ms, 0.99);
+    state.counters["max_ms"] = percentile(ms, 1.0);
+}
+
+// The window's clock stands still, so that every run logs the same times.
+class FixedClock final : public Clock {
+public:
+    DateTime now() const override { return DateTime{2026, 5, 2, 14, 30, 0}; }
+};
+
+// A new data folder under the system's temporary folder.
+inline std::filesystem::path tempFolder(const std::string& name) {
+    std::string t =
+        (std::filesystem::temp_directory_path() / ("orvanta-bench-" + name + "-XXXXXX")).string();
+    if (!mkdtemp(t.data()))
+        std::abort();
+    return t;
 }
 
 inline int runWindowBenchmarks(int argc, char** argv, const std::function<void()>& endProgram) {
