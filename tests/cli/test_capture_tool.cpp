@@ -2,22 +2,11 @@
 
 #include "support/run_tool.h"
 #include "support/temp_dir.h"
+#include "support/text_output.h"
 
 using namespace orv;
 
-namespace {
-
-std::vector<std::string> lines(const std::string& s) {
-    std::vector<std::string> out;
-    std::size_t a = 0, b;
-    while ((b = s.find('\n', a)) != std::string::npos) {
-        out.push_back(s.substr(a, b - a));
-        a = b + 1;
-    }
-    return out;
-}
-
-} // namespace
+namespace {} // namespace
 
 // A QSO's life on the command line: logged, refused as a duplicate, listed,
 // corrected, deleted, restored, and the band emptied.
@@ -57,7 +46,7 @@ TEST(CaptureTool, AddListCorrectDeleteRestoreClear) {
               0);
     auto list = tool({"list", "Test", "--band", "144"});
     ASSERT_EQ(list.status, 0);
-    auto l = lines(list.out);
+    auto l = test::splitLines(list.out);
     ASSERT_EQ(l.size(), 3u);
     EXPECT_EQ(l[2].rfind("# lastnr=2 score=", 0), 0u) << l[2];
     EXPECT_NE(l[2].find("odxnr=2 squares=2 deleted=0"), std::string::npos) << l[2];
@@ -65,15 +54,15 @@ TEST(CaptureTool, AddListCorrectDeleteRestoreClear) {
     // A new locator gives a new distance; the ODX falls back to QSO 1.
     auto corr = tool({"correct", "Test", "--band", "144", "--nr", "2", "--locator", "JN78DG"});
     ASSERT_EQ(corr.status, 0) << corr.err;
-    l = lines(tool({"list", "Test", "--band", "144"}).out);
+    l = test::splitLines(tool({"list", "Test", "--band", "144"}).out);
     EXPECT_EQ(l[2], "# lastnr=2 score=160 kmperqso=80 odx=155 odxnr=1 squares=2 deleted=0");
 
     ASSERT_EQ(tool({"delete", "Test", "--band", "144", "--nr", "1"}).status, 0);
-    l = lines(tool({"list", "Test", "--band", "144"}).out);
+    l = test::splitLines(tool({"list", "Test", "--band", "144"}).out);
     EXPECT_NE(l[0].find("\tTrue\t"), std::string::npos);
     EXPECT_EQ(l[2], "# lastnr=2 score=5 kmperqso=5 odx=5 odxnr=2 squares=1 deleted=1");
     ASSERT_EQ(tool({"restore", "Test", "--band", "144", "--nr", "1"}).status, 0);
-    EXPECT_EQ(lines(tool({"list", "Test", "--band", "144"}).out)[2],
+    EXPECT_EQ(test::splitLines(tool({"list", "Test", "--band", "144"}).out)[2],
               "# lastnr=2 score=160 kmperqso=80 odx=155 odxnr=1 squares=2 deleted=0");
 
     EXPECT_EQ(tool({"clear-band", "Test", "--band", "144"}).status, 2);

@@ -6,6 +6,7 @@
 
 #include "support/run_tool.h"
 #include "support/temp_dir.h"
+#include "support/text_output.h"
 
 using namespace orv;
 
@@ -13,17 +14,6 @@ namespace {
 
 std::string sample(const std::string& name) {
     return (test::sourceDir() / "tests/data/ham3" / name).string();
-}
-
-std::string pdfText(const std::filesystem::path& pdf) {
-    const std::string cmd = "pdftotext -layout '" + pdf.string() + "' -";
-    std::unique_ptr<FILE, int (*)(FILE*)> p(popen(cmd.c_str(), "r"), pclose);
-    std::string out;
-    char buf[4096];
-    std::size_t n;
-    while (p && (n = fread(buf, 1, sizeof buf, p.get())) > 0)
-        out.append(buf, n);
-    return out;
 }
 
 } // namespace
@@ -87,7 +77,7 @@ TEST(ImportTool, PrintWritesThePdf) {
     const auto pdf = home / "Field-144.pdf";
     auto r = tool({"print", "Field", "--band", "144", "-o", pdf.string()});
     ASSERT_EQ(r.status, 0) << r.err;
-    const std::string t = pdfText(pdf);
+    const std::string t = test::pdfText(pdf);
     for (const char* call : {"OK1KKW", "DL0GTH"})
         EXPECT_NE(t.find(call), std::string::npos) << call;
     EXPECT_EQ(t.find("SP6ZDA"), std::string::npos);

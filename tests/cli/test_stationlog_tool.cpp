@@ -4,40 +4,11 @@
 
 #include "support/run_tool.h"
 #include "support/temp_dir.h"
+#include "support/text_output.h"
 
 using namespace orv;
 
 namespace {
-
-std::vector<std::string> lines(const std::string& s, const std::string& end = "\n") {
-    std::vector<std::string> out;
-    std::size_t a = 0, b;
-    while ((b = s.find(end, a)) != std::string::npos) {
-        out.push_back(s.substr(a, b - a));
-        a = b + end.size();
-    }
-    return out;
-}
-
-// The ADIF file as tcadif, an established reader, sees it: its JSON output.
-struct NodeRun {
-    int status = -1;
-    std::string out;
-};
-NodeRun readAdif(const std::filesystem::path& file) {
-    const auto script = test::sourceDir() / "tests" / "node" / "check_adif.js";
-    const std::string cmd = "node '" + script.string() + "' '" + file.string() + "' 2>&1";
-    NodeRun r;
-    FILE* p = popen(cmd.c_str(), "r");
-    if (!p)
-        return r;
-    char buf[4096];
-    std::size_t n;
-    while ((n = fread(buf, 1, sizeof buf, p)) > 0)
-        r.out.append(buf, n);
-    r.status = pclose(p);
-    return r;
-}
 
 class StationLogTool : public ::testing::Test {
 protected:
@@ -72,7 +43,7 @@ TEST_F(StationLogTool, NewAddListAndTheWindowsChecks) {
          "144.301",   "--rxmode", "CW",       "--manager",  "DL9QSL"});
     ASSERT_EQ(first.status, 0) << first.err;
     EXPECT_EQ(first.out, "1\n");
-    const auto l = lines(listing());
+    const auto l = test::splitLines(listing());
     ASSERT_EQ(l.size(), 2u);
     EXPECT_EQ(l[0], "Nr\tDateTime\tCall\tRST_TX\tRST_RX\tLocator\tQRG_TX\tQRG_RX\tTXMod\tRXMod\t"
                     "Prop\tQSL\tQSLManager\tName\tMyCall\tMyLocator\tPower\tAntenne\tNote\tQSL_RX");
@@ -129,7 +100,7 @@ TEST_F(StationLogTool, DeleteOneOrARangeAndRefuseBadRanges) {
     EXPECT_EQ(tool({"stationlog-delete", "Home", "--nr", "x"}).status, 2);
     EXPECT_EQ(listing(), before);
     EXPECT_EQ(tool({"stationlog-delete", "Home", "--nr", "3", "--to", "5"}).out, "3\n");
-    const auto l = lines(listing());
+    const auto l = test::splitLines(listing());
     ASSERT_EQ(l.size(), 3u);
     EXPECT_EQ(l[1].substr(0, 2), "1\t");
     EXPECT_EQ(l[2].substr(0, 2), "6\t");
@@ -157,7 +128,7 @@ TEST_F(StationLogTool, AdifReadBackByAnEstablishedReader) {
     const auto all = tool({"stationlog-adif", "Home", "-o", (home / "out" / "all.adi").string()});
     ASSERT_EQ(all.status, 0) << all.err;
     EXPECT_EQ(all.out, "Datei gespeichert unter\n" + (home / "out" / "all.adi").string() + "\n");
-    const NodeRun n = readAdif(home / "out" / "all.adi");
+    const test::CommandRun n = test::checkAdif(home / "out" / "all.adi");
     ASSERT_EQ(n.status, 0) << n.out;
     EXPECT_EQ(n.out.rfind("{\"count\":5,", 0), 0u) << n.out;
     for (const char* field : {"\"CALL\":\"OE3XYZ\"",
@@ -188,7 +159,7 @@ TEST_F(StationLogTool, AdifReadBackByAnEstablishedReader) {
     const auto one = tool({"stationlog-adif", "Home", "-o", (home / "out" / "one").string(),
                            "--from", "3", "--to", "3"});
     ASSERT_EQ(one.status, 0) << one.err;
-    const NodeRun o = readAdif(home / "out" / "one.ADI");
+    const test::CommandRun o = test::checkAdif(home / "out" / "one.ADI");
     ASSERT_EQ(o.status, 0) << o.out;
     EXPECT_EQ(o.out.rfind("{\"count\":1,", 0), 0u) << o.out;
     EXPECT_NE(o.out.find("\"CALL\":\"DL3AA\""), std::string::npos) << o.out;
@@ -217,6 +188,6 @@ TEST_F(StationLogTool, AFileInQjLogThatIsNoStationLogIsRefusedAndKept) {
     const auto r = tool({"stationlog-add", "Junk", "--call", "DL1AA", "--date", "2026-05-02",
                          "--time", "12:00", "--qrg", "1", "--mode", "CW"});
     EXPECT_EQ(r.status, 2);
-    EXPECT_EQ(lines(r.err).front(), "Kein gültiges Log!");
+    EXPECT_EQ(test::splitLines(r.err).front(), "Kein gültiges Log!");
     EXPECT_EQ(test::readFile(home / "QjLog" / "Junk.sqlite"), "not a database");
 }

@@ -7,24 +7,15 @@
 
 #include "support/run_tool.h"
 #include "support/temp_dir.h"
+#include "support/text_output.h"
 
 using namespace orv;
 
 namespace {
 
-std::vector<std::string> lines(const std::string& s, const std::string& end = "\n") {
-    std::vector<std::string> out;
-    std::size_t a = 0, b;
-    while ((b = s.find(end, a)) != std::string::npos) {
-        out.push_back(s.substr(a, b - a));
-        a = b + end.size();
-    }
-    return out;
-}
-
 std::map<std::string, std::string> keyValues(const std::string& out) {
     std::map<std::string, std::string> kv;
-    for (const auto& l : lines(out))
+    for (const auto& l : test::splitLines(out))
         if (auto eq = l.find('='); eq != std::string::npos)
             kv[l.substr(0, eq)] = l.substr(eq + 1);
     return kv;
@@ -33,26 +24,6 @@ std::map<std::string, std::string> keyValues(const std::string& out) {
 void appendFile(const std::filesystem::path& p, const std::string& text) {
     std::ofstream f(p, std::ios::app | std::ios::binary);
     f << text;
-}
-
-// Runs the ADIF check of tests/node with node; its stdout, or the failure.
-struct NodeRun {
-    int status = -1;
-    std::string out;
-};
-NodeRun checkAdif(const std::filesystem::path& file) {
-    const auto script = test::sourceDir() / "tests" / "node" / "check_adif.js";
-    const std::string cmd = "node '" + script.string() + "' '" + file.string() + "' 2>&1";
-    NodeRun r;
-    FILE* p = popen(cmd.c_str(), "r");
-    if (!p)
-        return r;
-    char buf[4096];
-    std::size_t n;
-    while ((n = fread(buf, 1, sizeof buf, p)) > 0)
-        r.out.append(buf, n);
-    r.status = pclose(p);
-    return r;
 }
 
 class SubmissionTool : public ::testing::Test {
@@ -95,7 +66,7 @@ protected:
 TEST_F(SubmissionTool, EvaluatePrintsStatisticsAndCountries) {
     const auto list = tool({"list", "Test", "--band", "144"});
     ASSERT_EQ(list.status, 0);
-    const std::string totals = lines(list.out).back();
+    const std::string totals = test::splitLines(list.out).back();
     const auto ev = tool({"evaluate", "Test", "--band", "144"});
     ASSERT_EQ(ev.status, 0) << ev.err;
     auto kv = keyValues(ev.out);
@@ -107,19 +78,19 @@ TEST_F(SubmissionTool, EvaluatePrintsStatisticsAndCountries) {
     EXPECT_EQ(kv["grossfelder"], "2");
     EXPECT_EQ(kv["countries"], "3");
     EXPECT_EQ(kv["multiplier"], "1");
-    const auto l = lines(ev.out);
+    const auto l = test::splitLines(ev.out);
     ASSERT_EQ(l.size(), 13u);
     EXPECT_EQ(l[10], "1\tFed. Rep. of Germany");
     EXPECT_EQ(l[11], "1\tCzech Republic");
     EXPECT_EQ(l[12], "1\tAustria");
 
     // Sorted by points, descending: the grid rows follow the statistic lines.
-    const auto sorted = lines(
+    const auto sorted = test::splitLines(
         tool({"evaluate", "Test", "--band", "144", "--rows", "--sort", "8", "--descending"}).out);
     ASSERT_EQ(sorted.size(), 17u);
     std::vector<long> points;
     for (std::size_t i = 13; i < 17; ++i)
-        points.push_back(std::stol(lines(sorted[i] + "\t", "\t")[8]));
+        points.push_back(std::stol(test::splitLines(sorted[i] + "\t", "\t")[8]));
     EXPECT_TRUE(std::is_sorted(points.rbegin(), points.rend())) << sorted[13];
     EXPECT_EQ(tool({"evaluate", "Test", "--band", "144", "--sort", "18"}).status, 2);
 
@@ -137,7 +108,7 @@ TEST_F(SubmissionTool, EdiFromTemplateAndRefusals) {
     const auto path = home / "out" / "x.EDI";
     EXPECT_EQ(r.out, "Datei gespeichert unter\n" + path.string() + "\n");
     const std::string bytes = test::readFile(path);
-    const auto l = lines(bytes, "\r\n");
+    const auto l = test::splitLines(bytes, "\r\n");
     ASSERT_GE(l.size(), 40u);
     EXPECT_EQ(l[0], "[REG1TEST;1]");
     EXPECT_EQ(l[2], "TDate=20260502;20260502");
@@ -185,7 +156,7 @@ TEST_F(SubmissionTool, AdifParsesWithAnEstablishedReader) {
 
     ASSERT_TRUE(std::filesystem::exists(test::sourceDir() / "tests/node/node_modules/tcadif"))
         << "run npm install in tests/node (scripts/setup.sh test does)";
-    const NodeRun n = checkAdif(path);
+    const test::CommandRun n = test::checkAdif(path);
     ASSERT_EQ(n.status, 0) << n.out;
     EXPECT_EQ(n.out.rfind("{\"count\":4,", 0), 0u) << n.out;
     EXPECT_EQ(n.out.find("SP9ZZ"), std::string::npos);
@@ -243,7 +214,7 @@ TEST_F(SubmissionTool, GroupChangeMovesTimesAcrossMidnight) {
                    "add-time", "--value", "0:30"});
     ASSERT_EQ(r.status, 0) << r.err;
     EXPECT_EQ(r.out, "changed=2\n");
-    const auto rows = lines(tool({"evaluate", "Test", "--band", "144", "--rows"}).out);
+    const auto rows = test::splitLines(tool({"evaluate", "Test", "--band", "144", "--rows"}).out);
     ASSERT_GE(rows.size(), 4u);
     const auto& last = rows[rows.size() - 2];
     EXPECT_EQ(last.rfind("3\t2026-05-03\t00:20\t", 0), 0u) << last;

@@ -7,11 +7,11 @@
 #include <QPrintPreviewWidget>
 #include <QPrinter>
 #include <QTest>
-#include <cstdio>
 
 #include "core/i18n/texts.h"
 #include "core/submission/log_folders.h"
 #include "running_window.h"
+#include "support/text_output.h"
 #include "ui/evaluation_window.h"
 #include "ui/log_folders_window.h"
 #include "ui/log_grid_model.h"
@@ -28,17 +28,6 @@ namespace {
 
 fs::path sample(const std::string& name) {
     return orv::test::sourceDir() / "tests/data/ham3" / name;
-}
-
-std::string pdfText(const fs::path& pdf) {
-    const std::string cmd = "pdftotext -layout '" + pdf.string() + "' -";
-    std::unique_ptr<FILE, int (*)(FILE*)> p(popen(cmd.c_str(), "r"), pclose);
-    std::string out;
-    char buf[4096];
-    std::size_t n;
-    while (p && (n = fread(buf, 1, sizeof buf, p.get())) > 0)
-        out.append(buf, n);
-    return out;
 }
 
 bool recorded(const std::string& text) {
@@ -189,7 +178,7 @@ private slots:
         };
         e.savePdf();
         QVERIFY(recorded(texts()(183)));
-        const std::string fromFile = pdfText(*dir / "saved.pdf");
+        const std::string fromFile = orv::test::pdfText(*dir / "saved.pdf");
         // The printer path paints the same pages through Qt.
         const fs::path printed = *dir / "printed.pdf";
         orv::ui::PrintHooks::printDialog = [&](QPrinter& p, QWidget*) {
@@ -198,7 +187,7 @@ private slots:
             return true;
         };
         e.printLog();
-        const std::string fromPrinter = pdfText(printed);
+        const std::string fromPrinter = orv::test::pdfText(printed);
         for (const std::string& t : {fromFile, fromPrinter}) {
             QVERIFY(t.find("OK1KKW") != std::string::npos);
             QVERIFY(t.find("DL0GTH") != std::string::npos);

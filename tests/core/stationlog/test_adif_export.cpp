@@ -7,6 +7,7 @@
 #include "core/submission/export_file.h"
 #include "core/util/file_io.h"
 #include "support/temp_dir.h"
+#include "support/text_output.h"
 
 using namespace orv;
 
@@ -17,17 +18,6 @@ StationQso only(const char* call, int day) {
     q.dateTime = DateTime{2026, 5, day, 8, 7, 0};
     q.call = call;
     return q;
-}
-
-std::vector<std::string> lines(const std::string& s) {
-    std::vector<std::string> out;
-    std::size_t a = 0, b;
-    while ((b = s.find("\r\n", a)) != std::string::npos) {
-        out.push_back(s.substr(a, b - a));
-        a = b + 2;
-    }
-    EXPECT_EQ(a, s.size()) << "text after the last line end";
-    return out;
 }
 
 } // namespace
@@ -90,7 +80,8 @@ TEST(StationAdif, RangesAndTheirRefusals) {
         ASSERT_TRUE(r.ok()) << c.from << ".." << c.to;
         std::ostringstream out;
         EXPECT_EQ(writeStationAdif(out, log, r.value()), static_cast<std::int64_t>(c.records));
-        const auto l = lines(out.str());
+        const auto l = test::splitLines(out.str(), "\r\n");
+        EXPECT_TRUE(out.str().ends_with("\r\n"));
         ASSERT_EQ(l.size(), 3 + c.records);
         EXPECT_EQ(l[0], "; This file was created by OrvantaLog v" + programVersionText());
         EXPECT_EQ(l[1], "<adif_ver:5>2.2.3");
@@ -114,7 +105,7 @@ TEST(StationAdif, FileNameEndingAndAtomicReplace) {
     test::writeFile(dir / "old.ADI", "old");
     log.add(only("DL2AA", 2));
     exportStationAdif(log, dir / "old.ADI", std::nullopt);
-    EXPECT_EQ(lines(test::readFile(dir / "old.ADI")).size(), 5u);
+    EXPECT_EQ(test::splitLines(test::readFile(dir / "old.ADI"), "\r\n").size(), 5u);
 
     EXPECT_THROW(exportStationAdif(log, dir / "no-such-folder" / "x.adi", std::nullopt),
                  fileio::FileError);

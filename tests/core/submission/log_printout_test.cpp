@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include "support/text_output.h"
+
 #include <cstdio>
 #include <memory>
 
@@ -13,18 +15,6 @@ namespace orv::test {
 namespace {
 
 constexpr int k144 = 1;
-
-// The text of a PDF as pdftotext reads it, page by page (form feeds).
-std::string pdfText(const std::filesystem::path& pdf) {
-    const std::string cmd = "pdftotext -layout '" + pdf.string() + "' -";
-    std::unique_ptr<FILE, int (*)(FILE*)> p(popen(cmd.c_str(), "r"), pclose);
-    std::string out;
-    char buf[4096];
-    std::size_t n;
-    while (p && (n = fread(buf, 1, sizeof buf, p.get())) > 0)
-        out.append(buf, n);
-    return out;
-}
 
 std::size_t count(const std::string& s, const std::string& what) {
     std::size_t n = 0;
@@ -52,7 +42,7 @@ TEST(LogPrintout, PdfHoldsEveryQsoThePageNumbersAndTheSummary) {
     const auto pdf = dir / "Test-144.pdf";
     writeFile(pdf, print::writePdf(doc));
 
-    const std::string t = pdfText(pdf);
+    const std::string t = test::pdfText(pdf);
     ASSERT_FALSE(t.empty()) << "pdftotext read nothing";
     for (const QsoRow& q : rows)
         EXPECT_EQ(count(t, " " + q.call + " "), 1u) << q.call;
@@ -97,7 +87,7 @@ TEST(LogPrintout, EmptyBandGivesAHeaderPageAndTheSummary) {
     ASSERT_EQ(doc.pages.size(), 2u);
     const auto pdf = dir / "empty.pdf";
     writeFile(pdf, print::writePdf(doc));
-    const std::string t = pdfText(pdf);
+    const std::string t = test::pdfText(pdf);
     EXPECT_NE(t.find("Seite 2 von 2"), std::string::npos);
     EXPECT_NE(t.find("Zusammenfassung"), std::string::npos);
 }
