@@ -53,10 +53,7 @@ private:
     test::FakeClock clock;
     test::CountingBeeper beeper;
     test::FakeDialogs dialogs;
-    test::FakeMonotonic keyClock;
-    test::RecordingLine line{keyClock};
-    keying::KeyPort port{line, [](int n) { return "/dev/ttyUSB" + std::to_string(n); }};
-    keying::Keyer keyer{port, keyClock};
+    test::KeyingChain chain;
     FilePlayer player;
     std::unique_ptr<Settings> settings;
     std::unique_ptr<MainWindow> w;
@@ -66,12 +63,6 @@ private:
     template <class T> T* find(const char* name) { return w->findChild<T*>(name); }
     QPushButton* button() { return find<QPushButton>("BakeEinAus"); }
     QString caption() { return button()->text(); }
-    int opens() const {
-        return static_cast<int>(
-            std::count_if(line.calls.begin(), line.calls.end(),
-                          [](const auto& c) { return c.op.rfind("open", 0) == 0; }));
-    }
-
 private slots:
     void init() {
         settings = std::make_unique<Settings>(IniFile{dir.path() / "OrvantaContest.INI"});
@@ -86,17 +77,19 @@ private slots:
         w->setOperators({"DL1ABC"}, "DL1ABC");
         w->show();
         cw = new ui::CwBinding(
-            *w, {texts, *settings, dialogs, port, keyer, player, AppPaths{dir.path()}}, clock);
+            *w, {texts, *settings, dialogs, chain.port, chain.keyer, player, AppPaths{dir.path()}},
+            clock);
         beacon = new ui::BeaconBinding(
-            *w, {texts, *settings, dialogs, port, keyer, player, AppPaths{dir.path()}}, cw);
-        line.calls.clear();
+            *w, {texts, *settings, dialogs, chain.port, chain.keyer, player, AppPaths{dir.path()}},
+            cw);
+        chain.line.calls.clear();
         dialogs.informed.clear();
         dialogs.asked.clear();
         player.pos = 0;
     }
     void cleanup() {
         w.reset();
-        QVERIFY(!port.isOpen());
+        QVERIFY(!chain.port.isOpen());
     }
 
     void controlsHaveTheirNamesAndTexts() {
@@ -134,8 +127,8 @@ private slots:
         QTRY_COMPARE(caption(), QString::fromStdString(texts(24)));
         QCOMPARE(find<QLabel>("Label34")->text(), QString("0"));
         QVERIFY(find<QComboBox>("Combo3")->isEnabled());
-        QCOMPARE(opens(), 1);
-        QVERIFY(!port.isOpen());
+        QCOMPARE(chain.opens(), 1);
+        QVERIFY(!chain.port.isOpen());
     }
 
     void singleKeyedRunIgnoresThePauseKey() {
@@ -149,8 +142,8 @@ private slots:
         QCOMPARE(caption(), QString("OnAir"));
         QTRY_COMPARE(caption(), QString::fromStdString(texts(24)));
         QVERIFY(button()->isEnabled());
-        QCOMPARE(opens(), 1);
-        QVERIFY(!port.isOpen());
+        QCOMPARE(chain.opens(), 1);
+        QVERIFY(!chain.port.isOpen());
     }
 
     void voiceRepeatFlashesPausesAndStopsByKey() {
@@ -161,7 +154,7 @@ private slots:
         call->setFocus();
         QTest::keyClick(call, Qt::Key_Pause);
         QCOMPARE(caption(), QString("OnAir"));
-        QVERIFY(port.isOpen());
+        QVERIFY(chain.port.isOpen());
         QVERIFY(!find<QFrame>("Picture8")->isEnabled());
         const QColor normal = button()->palette().color(QPalette::Button);
         QTRY_COMPARE(button()->palette().color(QPalette::Button), QColor(255, 0, 0));
@@ -174,18 +167,18 @@ private slots:
         call->setFocus();
         settings->set(keying::CWTextKey(2), "TEST");
         QTest::keyClick(call, Qt::Key_F3);
-        QCOMPARE(opens(), 1);
+        QCOMPARE(chain.opens(), 1);
         QVERIFY(dialogs.informed.empty());
 
         player.pos = 2000; // the file ends
         QTRY_COMPARE(caption(), QString("On-Air"));
-        QVERIFY(!port.isOpen());
+        QVERIFY(!chain.port.isOpen());
         QCOMPARE(find<QLabel>("Label34")->text(), QString("1"));
         QTRY_COMPARE(caption(), QString("OnAir")); // after LoopPause, the next round
-        QCOMPARE(opens(), 2);
+        QCOMPARE(chain.opens(), 2);
         QTest::keyClick(call, Qt::Key_B, Qt::ControlModifier);
         QCOMPARE(caption(), QString::fromStdString(texts(24)));
-        QVERIFY(!port.isOpen());
+        QVERIFY(!chain.port.isOpen());
         QVERIFY(find<QComboBox>("Combo3")->isEnabled());
         QVERIFY(find<QFrame>("Picture8")->isEnabled());
     }
@@ -218,9 +211,9 @@ private slots:
     void closingTheWindowReleasesThePort() {
         find<QComboBox>("Combo3")->setCurrentText("SSB");
         QTest::mouseClick(button(), Qt::LeftButton);
-        QVERIFY(port.isOpen());
+        QVERIFY(chain.port.isOpen());
         w->close();
-        QVERIFY(!port.isOpen());
+        QVERIFY(!chain.port.isOpen());
         QCOMPARE(player.file, std::string());
     }
 

@@ -19,17 +19,7 @@
 using namespace orv;
 using orv::ui::MainWindow;
 
-namespace {
-class SilentPlayer final : public keying::MediaPlayer {
-public:
-    void open(const std::filesystem::path&) override {}
-    void play(long) override {}
-    void stop() override {}
-    void close() override {}
-    long position() override { return 0; }
-    long length() override { return 0; }
-};
-} // namespace
+namespace {} // namespace
 
 class TestCwBinding : public QObject {
     Q_OBJECT
@@ -39,17 +29,8 @@ private:
     test::FakeClock clock;
     test::CountingBeeper beeper;
     test::FakeDialogs dialogs;
-    test::FakeMonotonic keyClock;
-    test::RecordingLine line{keyClock};
-    keying::KeyPort port{line, [](int n) { return "/dev/ttyUSB" + std::to_string(n); }};
-    keying::Keyer keyer{port, keyClock};
-    SilentPlayer player;
-
-    int opens() const {
-        return static_cast<int>(
-            std::count_if(line.calls.begin(), line.calls.end(),
-                          [](const auto& c) { return c.op.rfind("open", 0) == 0; }));
-    }
+    test::KeyingChain chain;
+    test::SilentPlayer player;
 
 private slots:
     void fKeysReachTheShownWindow() {
@@ -59,30 +40,31 @@ private slots:
         MainWindow w(texts, clock, beeper);
         w.show();
         ui::CwBinding binding(
-            w, {texts, settings, dialogs, port, keyer, player, AppPaths{dir.path()}}, clock);
+            w, {texts, settings, dialogs, chain.port, chain.keyer, player, AppPaths{dir.path()}},
+            clock);
         auto* call = w.findChild<QLineEdit*>("Text3");
         call->setFocus();
         QTest::keyClicks(call, "ok1kkw");
 
         QTest::keyClick(call, Qt::Key_F3); // not loaded: F-keys stay the main window's
-        QCOMPARE(opens(), 0);
+        QCOMPARE(chain.opens(), 0);
         QTest::keyClick(call, Qt::Key_F12);
         QVERIFY(binding.cwWindow() && binding.cwWindow()->isVisible());
         call->activateWindow();
         call->setFocus();
         QTest::keyClick(call, Qt::Key_F3, Qt::ControlModifier); // the modifier of FTaste 0 is none
-        QCOMPARE(opens(), 0);
+        QCOMPARE(chain.opens(), 0);
         QTest::keyClick(call, Qt::Key_F3);
         QTRY_VERIFY(!binding.cwWindow()->sending());
-        QCOMPARE(opens(), 1);
-        QCOMPARE(line.calls[0].op, std::string("open /dev/ttyUSB0"));
+        QCOMPARE(chain.opens(), 1);
+        QCOMPARE(chain.line.calls[0].op, std::string("open /dev/ttyUSB0"));
 
         settings.set(keys::FTaste, 2); // Alt
         QTest::keyClick(call, Qt::Key_F3);
-        QCOMPARE(opens(), 1);
+        QCOMPARE(chain.opens(), 1);
         QTest::keyClick(call, Qt::Key_F3, Qt::AltModifier);
         QTRY_VERIFY(!binding.cwWindow()->sending());
-        QCOMPARE(opens(), 2);
+        QCOMPARE(chain.opens(), 2);
 
         auto* entry = w.findChild<QAction*>("MnCWFensterAN");
         QVERIFY(entry && entry->isEnabled());

@@ -1,9 +1,11 @@
 #pragma once
 
+#include <algorithm>
 #include <functional>
 #include <string>
 #include <vector>
 
+#include "core/keying/audio.h"
 #include "core/keying/key_port.h"
 #include "core/keying/morse_engine.h"
 
@@ -75,6 +77,32 @@ public:
 
 private:
     keying::MonotonicClock& clock_;
+};
+
+// A player that plays nothing: every file ends at once.
+class SilentPlayer final : public keying::MediaPlayer {
+public:
+    void open(const std::filesystem::path&) override {}
+    void play(long) override {}
+    void stop() override {}
+    void close() override {}
+    long position() override { return 0; }
+    long length() override { return 0; }
+};
+
+// The keying chain of a window test: a recorded serial line on "/dev/ttyUSBn"
+// behind the key port and the keyer, on a clock that jumps.
+struct KeyingChain {
+    FakeMonotonic clock;
+    RecordingLine line{clock};
+    keying::KeyPort port{line, [](int n) { return "/dev/ttyUSB" + std::to_string(n); }};
+    keying::Keyer keyer{port, clock};
+
+    int opens() const {
+        return static_cast<int>(
+            std::count_if(line.calls.begin(), line.calls.end(),
+                          [](const auto& c) { return c.op.rfind("open", 0) == 0; }));
+    }
 };
 
 } // namespace orv::test
