@@ -53,7 +53,7 @@ public:
     // From here on the old image is no longer searched. A file that cannot
     // be read leaves an empty image and shows the reason.
     void reload();
-    bool loading() const { return loader_ != nullptr; }
+    bool loading() const { return loading_; }
     // After a change of the database: IText(260), and the reload on Yes.
     void offerReload();
     // The image as it stands: empty while a load runs.
@@ -113,9 +113,11 @@ private:
 
     SearchGeneration generation_;
     QThreadPool pool_;
-    // The load in flight, its number (an outcome of an earlier one is
-    // dropped) and the search a key asked for meanwhile.
+    // The last load, its number (an outcome of an earlier one is dropped)
+    // and the search a key asked for meanwhile. The loader outlives its
+    // outcome while it writes the image file.
     std::unique_ptr<CallImageLoader> loader_;
+    bool loading_ = false;
     std::uint64_t loadNumber_ = 0;
     std::optional<Kind> pending_;
 };
