@@ -56,7 +56,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const std::string file = fileOf(data, size);
     // The reader wants the alignment a mapping has.
     std::vector<std::uint64_t> aligned((file.size() + 7) / 8);
-    std::memcpy(aligned.data(), file.data(), file.size());
+    if (!file.empty())
+        std::memcpy(aligned.data(), file.data(), file.size());
     const std::span<const std::uint8_t> bytes(reinterpret_cast<const std::uint8_t*>(aligned.data()),
                                               file.size());
     const auto opened = CallImageFile::fromBytes(bytes, std::nullopt, nullptr);
