@@ -38,9 +38,11 @@ class MainWindow;
 // and a result that arrives for an old generation is thrown away. Typing
 // therefore never waits for the list.
 //
-// The image itself is built on a loader thread: the window takes keys at
+// The image itself is loaded on a loader thread: the window takes keys at
 // once, the found counter says that the list is loading, and the search of
-// the last key typed meanwhile runs as soon as the image is there.
+// the last key typed meanwhile runs as soon as the image is there. Usually
+// the load maps the image file beside the database and is done within
+// milliseconds; after a change of the database it is built anew.
 class LookupBinding final : public QObject {
     Q_OBJECT
 public:
