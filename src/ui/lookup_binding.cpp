@@ -122,6 +122,7 @@ void LookupBinding::reload() {
     loader_.reset();
     image_ = std::make_shared<const QBDatImage>();
     found_->setText(q(texts_(1200)));
+    loading_ = true;
     const std::uint64_t number = ++loadNumber_;
     loader_ = std::make_unique<CallImageLoader>(
         paths_.callDbPath(),
@@ -134,7 +135,7 @@ void LookupBinding::reload() {
 }
 
 std::shared_ptr<const QBDatImage> LookupBinding::readyImage() {
-    if (loader_) {
+    if (loading_) {
         loader_->wait();
         // The outcome waits in this object's queue: take it now.
         QCoreApplication::sendPostedEvents(this, QEvent::MetaCall);
@@ -145,7 +146,7 @@ std::shared_ptr<const QBDatImage> LookupBinding::readyImage() {
 void LookupBinding::loaded(std::uint64_t number, const CallImageLoader::Outcome& o) {
     if (number != loadNumber_)
         return;
-    loader_.reset();
+    loading_ = false;
     image_ = o.image ? o.image : std::make_shared<const QBDatImage>();
     if (found_->text() == q(texts_(1200)))
         found_->clear();

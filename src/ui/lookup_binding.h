@@ -38,9 +38,11 @@ class MainWindow;
 // and a result that arrives for an old generation is thrown away. Typing
 // therefore never waits for the list.
 //
-// The image itself is built on a loader thread: the window takes keys at
+// The image itself is loaded on a loader thread: the window takes keys at
 // once, the found counter says that the list is loading, and the search of
-// the last key typed meanwhile runs as soon as the image is there.
+// the last key typed meanwhile runs as soon as the image is there. Usually
+// the load maps the image file beside the database and is done within
+// milliseconds; after a change of the database it is built anew.
 class LookupBinding final : public QObject {
     Q_OBJECT
 public:
@@ -53,7 +55,7 @@ public:
     // From here on the old image is no longer searched. A file that cannot
     // be read leaves an empty image and shows the reason.
     void reload();
-    bool loading() const { return loader_ != nullptr; }
+    bool loading() const { return loading_; }
     // After a change of the database: IText(260), and the reload on Yes.
     void offerReload();
     // The image as it stands: empty while a load runs.
@@ -113,9 +115,11 @@ private:
 
     SearchGeneration generation_;
     QThreadPool pool_;
-    // The load in flight, its number (an outcome of an earlier one is
-    // dropped) and the search a key asked for meanwhile.
+    // The last load, its number (an outcome of an earlier one is dropped)
+    // and the search a key asked for meanwhile. The loader outlives its
+    // outcome while it writes the image file.
     std::unique_ptr<CallImageLoader> loader_;
+    bool loading_ = false;
     std::uint64_t loadNumber_ = 0;
     std::optional<Kind> pending_;
 };

@@ -1,5 +1,7 @@
 #include "core/reference/call_db.h"
 
+#include <sqlite3.h>
+
 #include <algorithm>
 #include <map>
 #include <system_error>
@@ -96,8 +98,51 @@ std::string_view counterField(int bandIndex) {
     return kCounterFields.at(static_cast<std::size_t>(bandIndex));
 }
 
+namespace {
+constexpr const char* kStampTable = "QBDatStamp";
+} // namespace
+
 void ensureCallDb(sql::Db& db) {
     MakeLogTable(db, kCallDbTable, callDbFields());
+    if (db.tableExists(kStampTable))
+        return;
+    sql::Transaction tx(db);
+    db.exec("CREATE TABLE QBDatStamp (Stamp INTEGER NOT NULL)");
+    db.exec("INSERT INTO QBDatStamp (Stamp) VALUES (random())");
+    for (const char* change : {"INSERT", "UPDATE", "DELETE"}) {
+        db.exec(std::string("CREATE TRIGGER IF NOT EXISTS QBDatStamp") + change + " AFTER " +
+                change + " ON " + sql::quoteIdent(kCallDbTable) +
+                " BEGIN UPDATE QBDatStamp SET Stamp = random(); END");
+    }
+    tx.commit();
+}
+
+std::optional<std::int64_t> readCallDbStamp(sqlite3* db) {
+    sqlite3_stmt* st = nullptr;
+    if (sqlite3_prepare_v2(db, "SELECT Stamp FROM QBDatStamp", -1, &st, nullptr) != SQLITE_OK)
+        return std::nullopt;
+    std::optional<std::int64_t> stamp;
+    if (sqlite3_step(st) == SQLITE_ROW)
+        stamp = sqlite3_column_int64(st, 0);
+    sqlite3_finalize(st);
+    return stamp;
+}
+
+std::optional<std::int64_t> callDbStamp(sql::Db& db) {
+    return readCallDbStamp(db.handle());
+}
+
+void addCallDbStamp(const fs::path& dbPath) {
+    try {
+        std::error_code ec;
+        if (!fs::exists(dbPath, ec))
+            return;
+        sql::Db db(dbPath.string(), sql::Db::Mode::ReadWrite);
+        if (db.tableExists(kCallDbTable) && !callDbStamp(db))
+            ensureCallDb(db);
+    } catch (const sql::Error&) {
+        // Read-only: the image is built from the database at each start.
+    }
 }
 
 void NewQBDat(const AppPaths& paths) {

@@ -17,6 +17,8 @@
 // QSOs made with them per band and the date of the last one. This file holds
 // the table and its maintenance; call_image.h holds the memory image that
 // the live search runs on.
+struct sqlite3;
+
 namespace orv {
 
 namespace sql {
@@ -45,8 +47,22 @@ std::string_view counterField(int bandIndex);
 // NewQBDat: a new empty call database, replacing any old one, and an empty
 // `QBDat.ini` beside it, since no log has been merged into the new file yet.
 void NewQBDat(const AppPaths& paths);
-// Creates the table in an existing or new file when it is missing.
+// Creates the table in an existing or new file when it is missing, and the
+// change stamp with it.
 void ensureCallDb(sql::Db& db);
+
+// The change stamp of the call database: a number that triggers in the file
+// set to a new random value on every insert, update and delete of a row, by
+// whatever program writes (this one, the tool, another instance). It names
+// the content, not the file: it survives a copy of the file and a WAL
+// checkpoint, and is unlikely to repeat. The image file beside the database
+// is valid only for the stamp it was built from. Empty for a file without
+// the stamp table (written by an older version).
+std::optional<std::int64_t> callDbStamp(sql::Db& db);
+std::optional<std::int64_t> readCallDbStamp(sqlite3* db);
+// Adds the stamp to a file that has none; a file that cannot be written
+// stays without one (its image is then never kept in a file).
+void addCallDbStamp(const std::filesystem::path& dbPath);
 
 // Checks a call and a locator as the database holds them: a call of 1 to 15
 // characters of letters, digits and "/", and an empty locator or a

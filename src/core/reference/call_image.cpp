@@ -76,8 +76,8 @@ void QBDatImage::pack(Packed& p, const std::array<std::int32_t, kBandCount>& cou
         for (std::size_t b = 0; b < kBandCount; ++b)
             p.counters[b] = static_cast<std::uint16_t>(counters[b]);
     } else {
-        const auto at = static_cast<std::uint32_t>(overflow_.size());
-        overflow_.push_back(counters);
+        const auto at = static_cast<std::uint32_t>(ownOverflow_.size());
+        ownOverflow_.push_back(counters);
         p.flags |= Packed::kOverflow;
         p.counters[0] = static_cast<std::uint16_t>(at & 0xFFFF);
         p.counters[1] = static_cast<std::uint16_t>(at >> 16);
@@ -88,13 +88,23 @@ void QBDatImage::pack(Packed& p, const std::array<std::int32_t, kBandCount>& cou
               static_cast<std::uint16_t>(when >> 32)};
 }
 
+void QBDatImage::viewOwn() {
+    entries_ = ownEntries_;
+    overflow_ = ownOverflow_;
+}
+
 QBDatEntry QBDatImage::record(std::uint32_t n) const {
-    const Packed& p = entries_.at(n - 1);
+    if (n == 0 || n > entries_.size())
+        throw std::out_of_range("no record " + std::to_string(n));
+    const Packed& p = entries_[n - 1];
     QBDatEntry e;
     e.call = p.call;
     e.loc = p.loc;
     if (p.flags & Packed::kOverflow) {
-        e.counters = overflow_.at(p.counters[0] | std::uint32_t{p.counters[1]} << 16);
+        // A mapped file's place out of range reads as zero counters.
+        const std::uint32_t at = p.counters[0] | std::uint32_t{p.counters[1]} << 16;
+        if (at < overflow_.size())
+            e.counters = overflow_[at];
     } else {
         for (std::size_t b = 0; b < kBandCount; ++b)
             e.counters[b] = p.counters[b];
@@ -125,6 +135,10 @@ QBDatImage QBDatImage::load(const fs::path& dbPath, const std::atomic<bool>* sto
         throw sql::Error("cannot open " + dbPath.string() + ": " + msg, SQLITE_CANTOPEN);
     }
     std::unique_ptr<sqlite3, DbCloser> dbHandle(rawDb);
+    // The stamp and the records in one read transaction, so that the stamp
+    // names exactly the content read.
+    sqlite3_exec(rawDb, "BEGIN", nullptr, nullptr, nullptr);
+    image.stamp_ = readCallDbStamp(rawDb);
     // Read in file order and sort here: cheaper than walking the call index
     // with a row look-up for each record.
     const std::string sqlText =
@@ -141,14 +155,15 @@ QBDatImage QBDatImage::load(const fs::path& dbPath, const std::atomic<bool>* sto
         if (sqlite3_prepare_v2(rawDb, countSql.c_str(), -1, &countRaw, nullptr) == SQLITE_OK) {
             std::unique_ptr<sqlite3_stmt, StmtDeleter> count(countRaw);
             if (sqlite3_step(countRaw) == SQLITE_ROW)
-                image.entries_.reserve(static_cast<std::size_t>(sqlite3_column_int64(countRaw, 0)));
+                image.ownEntries_.reserve(
+                    static_cast<std::size_t>(sqlite3_column_int64(countRaw, 0)));
         }
     }
     int rc;
     while ((rc = sqlite3_step(st.get())) == SQLITE_ROW) {
-        if (image.entries_.size() % kCancelCheckEvery == 0)
+        if (image.ownEntries_.size() % kCancelCheckEvery == 0)
             checkStop(stop);
-        Packed& e = image.entries_.emplace_back();
+        Packed& e = image.ownEntries_.emplace_back();
         setText(e.call, columnText(st.get(), 1));
         setText(e.loc, columnText(st.get(), 2));
         std::array<std::int32_t, kBandCount> counters;
@@ -161,16 +176,16 @@ QBDatImage QBDatImage::load(const fs::path& dbPath, const std::atomic<bool>* sto
         throw sql::Error(sqlite3_errmsg(rawDb), rc);
     st.reset();
     dbHandle.reset();
-    image.entries_.shrink_to_fit();
+    image.ownEntries_.shrink_to_fit();
     image.buildIndexes(stop);
     return image;
 }
 
 QBDatImage QBDatImage::fromRecords(const std::vector<CallRecord>& records) {
     QBDatImage image;
-    image.entries_.reserve(records.size());
+    image.ownEntries_.reserve(records.size());
     for (const auto& r : records) {
-        Packed& e = image.entries_.emplace_back();
+        Packed& e = image.ownEntries_.emplace_back();
         setText(e.call, r.Call);
         setText(e.loc, r.Locator);
         image.pack(e, r.counters, r.LastDate.value_or(DateTime{}));
@@ -184,14 +199,14 @@ void QBDatImage::buildIndexes(const std::atomic<bool>* stop) {
     // dealt into buckets by their first two characters (stable, in one
     // pass), then each bucket is sorted on its own, which also gives the
     // cancel check a place between buckets.
-    const std::size_t n = entries_.size();
+    const std::size_t n = ownEntries_.size();
     auto bucketOf = [](const Packed& e) {
         return static_cast<std::size_t>(static_cast<unsigned char>(e.call[0])) << 8 |
                static_cast<unsigned char>(e.call[1]);
     };
     constexpr std::size_t kBuckets = 1 << 16;
     std::vector<std::uint32_t> start(kBuckets + 1, 0);
-    for (const Packed& e : entries_)
+    for (const Packed& e : ownEntries_)
         ++start[bucketOf(e) + 1];
     for (std::size_t b = 1; b <= kBuckets; ++b)
         start[b] += start[b - 1];
@@ -199,7 +214,7 @@ void QBDatImage::buildIndexes(const std::atomic<bool>* stop) {
     {
         std::vector<std::uint32_t> fill(start.begin(), start.end() - 1);
         for (std::size_t i = 0; i < n; ++i)
-            order[fill[bucketOf(entries_[i])]++] = static_cast<std::uint32_t>(i);
+            order[fill[bucketOf(ownEntries_[i])]++] = static_cast<std::uint32_t>(i);
     }
     checkStop(stop);
     for (std::size_t b = 0; b < kBuckets; ++b) {
@@ -207,7 +222,8 @@ void QBDatImage::buildIndexes(const std::atomic<bool>* stop) {
         if (last - first < 2)
             continue;
         std::sort(first, last, [this](std::uint32_t x, std::uint32_t y) {
-            const int c = std::memcmp(entries_[x].call.data(), entries_[y].call.data(), kCallSize);
+            const int c =
+                std::memcmp(ownEntries_[x].call.data(), ownEntries_[y].call.data(), kCallSize);
             return c != 0 ? c < 0 : x < y;
         });
         if (b % 256 == 0)
@@ -220,15 +236,15 @@ void QBDatImage::buildIndexes(const std::atomic<bool>* stop) {
     for (std::size_t s = 0; s < from.size(); ++s) {
         if (from[s] == s)
             continue;
-        Packed moving = entries_[s];
+        Packed moving = ownEntries_[s];
         std::size_t at = s;
         while (from[at] != s) {
             const std::size_t next = from[at];
-            entries_[at] = entries_[next];
+            ownEntries_[at] = ownEntries_[next];
             from[at] = static_cast<std::uint32_t>(at);
             at = next;
         }
-        entries_[at] = moving;
+        ownEntries_[at] = moving;
         from[at] = static_cast<std::uint32_t>(at);
     }
     order = {};
@@ -238,14 +254,15 @@ void QBDatImage::buildIndexes(const std::atomic<bool>* stop) {
     {
         std::jthread callsThread([this, stop, &callsDone] {
             callsDone = calls_.build(
-                entries_.size(), [this](std::size_t i) { return entries_[i].Call(); }, stop);
+                ownEntries_.size(), [this](std::size_t i) { return ownEntries_[i].Call(); }, stop);
         });
         locs_.build(
-            entries_.size(), [this](std::size_t i) { return entries_[i].Locator(); }, stop);
+            ownEntries_.size(), [this](std::size_t i) { return ownEntries_[i].Locator(); }, stop);
     }
     if (!callsDone)
         throw Cancelled{};
     checkStop(stop);
+    viewOwn();
 }
 
 CallSearchResult QBDatImage::search(const CallSearch& query, const CancelToken& cancel) const {
@@ -283,6 +300,9 @@ CallSearchResult QBDatImage::search(const CallSearch& query, const CancelToken& 
                 result.cancelled = true;
                 return false;
             }
+            // A list of a damaged file may name records that are not there.
+            if (i >= n)
+                return false;
             return visit(i);
         };
         if (drive.kind == GramIndex::Plan::List) {

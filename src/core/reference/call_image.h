@@ -4,6 +4,9 @@
 #include <atomic>
 #include <cstdint>
 #include <filesystem>
+#include <memory>
+#include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -77,6 +80,12 @@ struct CallSearchResult {
 class QBDatImage {
 public:
     QBDatImage() = default;
+    // The records and the index are viewed, not copied: a copy would view
+    // the original's memory.
+    QBDatImage(const QBDatImage&) = delete;
+    QBDatImage& operator=(const QBDatImage&) = delete;
+    QBDatImage(QBDatImage&&) = default;
+    QBDatImage& operator=(QBDatImage&&) = default;
     // Thrown by load() when it was asked to stop.
     struct Cancelled {};
     // Load: reads every record in call order and builds the indexes. A
@@ -85,6 +94,10 @@ public:
     static QBDatImage load(const std::filesystem::path& dbPath,
                            const std::atomic<bool>* stop = nullptr);
     static QBDatImage fromRecords(const std::vector<CallRecord>& records);
+
+    // The database's change stamp read together with the records (see
+    // callDbStamp); empty for an image not read from a database with one.
+    std::optional<std::int64_t> stamp() const { return stamp_; }
 
     std::size_t size() const { return entries_.size(); }
     // Record number n, from 1, unpacked.
@@ -100,11 +113,13 @@ public:
     std::size_t indexBytes() const { return calls_.memoryBytes() + locs_.memoryBytes(); }
     // The records and the indexes.
     std::size_t memoryBytes() const {
-        return entries_.capacity() * sizeof(Packed) + overflow_.capacity() * sizeof(overflow_[0]) +
+        return entries_.size() * sizeof(Packed) + overflow_.size() * sizeof(overflow_[0]) +
                indexBytes();
     }
 
 private:
+    friend class CallImageFile;
+
     // A record as held: 48 bytes, so that a national list of a million calls
     // stays small. Counters of 0 to 65534 stand here; a record with any other
     // keeps all ten in `overflow_` and its index in the first two places.
@@ -123,12 +138,22 @@ private:
     void pack(Packed& p, const std::array<std::int32_t, kBandCount>& counters,
               const DateTime& last);
 
+    using Counters = std::array<std::int32_t, kBandCount>;
     void buildIndexes(const std::atomic<bool>* stop);
+    // Points the views at the vectors built here.
+    void viewOwn();
 
-    std::vector<Packed> entries_;
-    std::vector<std::array<std::int32_t, kBandCount>> overflow_;
+    // Built here, or empty when the image stands in a mapped file.
+    std::vector<Packed> ownEntries_;
+    std::vector<Counters> ownOverflow_;
+    // What the search reads.
+    std::span<const Packed> entries_;
+    std::span<const Counters> overflow_;
     GramIndex calls_;
     GramIndex locs_;
+    // Keeps the mapped file of the views alive.
+    std::shared_ptr<const void> storage_;
+    std::optional<std::int64_t> stamp_;
 };
 
 // The lookup list line of one record: the call in columns 1 to 13, the

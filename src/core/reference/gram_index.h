@@ -4,6 +4,7 @@
 #include <array>
 #include <atomic>
 #include <cstdint>
+#include <span>
 #include <string_view>
 #include <vector>
 
@@ -17,6 +18,9 @@
 // The lists are stored as the gaps between neighbouring numbers, seven bits
 // a byte: a list of a million texts takes a byte a number where it is dense
 // and three where it is sparse, against four for plain numbers.
+//
+// The tables are read through views, so that an index can also stand in a
+// file mapped into memory; a built index views its own vectors.
 namespace orv {
 
 class GramIndex {
@@ -25,15 +29,20 @@ public:
     class Postings {
     public:
         Postings() = default;
-        Postings(const std::uint8_t* data, std::size_t count) : data_(data), count_(count) {}
+        Postings(const std::uint8_t* data, const std::uint8_t* end, std::size_t count)
+            : data_(data), end_(end), count_(count) {}
         std::size_t size() const { return count_; }
-        // Calls f(number) in ascending order until it returns false.
+        // Calls f(number) in ascending order until it returns false. A list
+        // that ends early or holds a gap too wide for 32 bits (a damaged
+        // file) ends the walk there.
         template <class F> void forEach(F f) const {
             const std::uint8_t* p = data_;
             std::uint32_t id = 0;
             for (std::size_t k = 0; k < count_; ++k) {
                 std::uint32_t gap = 0;
                 for (int shift = 0;; shift += 7) {
+                    if (p == end_ || shift > 28)
+                        return;
                     const std::uint8_t b = *p++;
                     gap |= static_cast<std::uint32_t>(b & 0x7F) << shift;
                     if (!(b & 0x80))
@@ -47,6 +56,7 @@ public:
 
     private:
         const std::uint8_t* data_ = nullptr;
+        const std::uint8_t* end_ = nullptr;
         std::size_t count_ = 0;
     };
 
@@ -57,7 +67,7 @@ public:
         auto stopped = [stop](std::size_t i) {
             return i % 65536 == 0 && stop && stop->load(std::memory_order_relaxed);
         };
-        uni_.fill(0);
+        ownUni_.assign(kSymbols, 0);
         biCount_.assign(kBi, 0);
         triCount_.assign(kTri, 0);
         // First pass: how many texts and how many bytes each list takes.
@@ -72,7 +82,7 @@ public:
             forEachGram(textOf(i), [&](std::uint32_t a, std::uint32_t b, std::uint32_t c, int n) {
                 if (n == 1 && uniSeen[a] != id) {
                     uniSeen[a] = id;
-                    ++uni_[a];
+                    ++ownUni_[a];
                 } else if (n == 2 && biSeen[b] != id) {
                     biBytes[b + 1] += gapBytes(id, biSeen[b]);
                     biSeen[b] = id;
@@ -110,8 +120,25 @@ public:
                 }
             });
         }
+        view_ = Sections{ownUni_,     biCount_,    triCount_,   biOffsets_,
+                         triOffsets_, biPostings_, triPostings_};
         return true;
     }
+
+    // The tables, in the order a file holds them.
+    struct Sections {
+        std::span<const std::uint32_t> uni, biCount, triCount, biOffsets, triOffsets;
+        std::span<const std::uint8_t> biPostings, triPostings;
+    };
+    const Sections& sections() const { return view_; }
+    // The sizes of the fixed tables, in entries.
+    static constexpr std::size_t kUniEntries = 64;
+    static constexpr std::size_t kBiEntries = 64 * 64;
+    static constexpr std::size_t kTriEntries = 64 * 64 * 64;
+    // Takes tables that live elsewhere (a mapped file) and must outlive this
+    // index. Returns false, and changes nothing, when they do not fit
+    // together: wrong sizes, or list offsets that fall outside the lists.
+    bool adopt(const Sections& s);
 
     // How the candidates of one typed part are found.
     struct Plan {
@@ -129,9 +156,10 @@ public:
     Plan plan(std::string_view part, std::size_t textCount) const;
 
     std::size_t memoryBytes() const {
-        return (biOffsets_.size() + triOffsets_.size() + biCount_.size() + triCount_.size()) *
+        return (view_.uni.size() + view_.biOffsets.size() + view_.triOffsets.size() +
+                view_.biCount.size() + view_.triCount.size()) *
                    sizeof(std::uint32_t) +
-               biPostings_.size() + triPostings_.size();
+               view_.biPostings.size() + view_.triPostings.size();
     }
 
 private:
@@ -192,10 +220,11 @@ private:
         }
     }
 
-    std::array<std::uint32_t, kSymbols> uni_{};
+    std::vector<std::uint32_t> ownUni_;
     std::vector<std::uint32_t> biCount_, triCount_;
     std::vector<std::uint32_t> biOffsets_, triOffsets_;
     std::vector<std::uint8_t> biPostings_, triPostings_;
+    Sections view_;
 };
 
 } // namespace orv
