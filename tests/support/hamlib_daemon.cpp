@@ -2,6 +2,7 @@
 
 #include <arpa/inet.h>
 #include <chrono>
+#include <cmath>
 #include <csignal>
 #include <cstdio>
 #include <netinet/in.h>
@@ -132,6 +133,21 @@ std::string HamlibDaemon::command(const std::string& line) const {
         answer.append(buf, static_cast<std::size_t>(n));
     ::close(s);
     return answer;
+}
+
+double HamlibDaemon::number(const std::string& line) const {
+    for (int attempt = 0; attempt < 20; ++attempt) {
+        try {
+            const std::string answer = command(line);
+            std::size_t used = 0;
+            const double value = std::stod(answer, &used);
+            if (used > 0 && (used == answer.size() || answer[used] == '\n'))
+                return value;
+        } catch (const std::exception&) {
+        }
+        ::usleep(50'000);
+    }
+    return std::nan("");
 }
 
 } // namespace orv::test

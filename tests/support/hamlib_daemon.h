@@ -28,6 +28,12 @@ public:
     // One command of the daemon's protocol ("F 432200000", "p"); returns
     // its answer lines.
     std::string command(const std::string& line) const;
+    // The first line of a command's answer as a number ("p" gives the
+    // azimuth). The daemon answers another client's error now and then while
+    // the program under test holds the device too; such an answer is asked
+    // again, and after a second of them the result is NaN, which fails
+    // every comparison.
+    double number(const std::string& line) const;
 
 private:
     void openOnce() const;

@@ -97,18 +97,18 @@ private slots:
         const double target = bearing.chopped(1).toDouble();
         QVERIFY(target > 5 && target < 60);
         QTest::keyClick(edit("Text3"), Qt::Key_R, Qt::ControlModifier);
-        QTRY_VERIFY_WITH_TIMEOUT(std::abs(std::stod(rot.command("p")) - target) < 1.0, 20000);
+        QTRY_VERIFY_WITH_TIMEOUT(std::abs(rot.number("p") - target) < 1.0, 20000);
         QTRY_COMPARE_WITH_TIMEOUT(label("RotatorAzimuth"),
                                   QString::fromStdString(texts(1232)) + " " + bearing, 3000);
 
         // Ctrl+Shift+R stops a turn on its way.
         rot.command("P 180 0");
-        QTRY_VERIFY_WITH_TIMEOUT(std::stod(rot.command("p")) > target + 5, 5000);
+        QTRY_VERIFY_WITH_TIMEOUT(rot.number("p") > target + 5, 5000);
         QTest::keyClick(edit("Text3"), Qt::Key_R, Qt::ControlModifier | Qt::ShiftModifier);
         QTest::qWait(600);
-        const double halted = std::stod(rot.command("p"));
+        const double halted = rot.number("p");
         QTest::qWait(800);
-        QVERIFY(std::abs(std::stod(rot.command("p")) - halted) < 0.5);
+        QVERIFY(std::abs(rot.number("p") - halted) < 0.5);
         QVERIFY(halted < 170);
 
         // The grid row's menu turns to the row's locator.
@@ -119,7 +119,7 @@ private slots:
         QVERIFY(turn);
         QCOMPARE(turn->text(), QString::fromStdString(texts(1231)));
         turn->trigger();
-        QTRY_VERIFY_WITH_TIMEOUT(std::stod(rot.command("p")) < 1.0, 30000);
+        QTRY_VERIFY_WITH_TIMEOUT(rot.number("p") < 1.0, 30000);
         QVERIFY(w->findChild<QMenu*>("MnList1")->findChild<QAction*>("MnListTurnAntenna"));
 
         // The key help lists both keys.
