@@ -51,6 +51,26 @@ std::optional<DuplicatePanel> Capture::CallExistTest(std::string_view call) {
     return std::nullopt;
 }
 
+WorkedBands::Bands Capture::workedBands(std::string_view call) {
+    for (int b = 0; b < kBandCount; ++b) {
+        const auto i = static_cast<std::size_t>(b);
+        if (workedFresh_[i])
+            continue;
+        // A band in memory is counted from there, any other from the file.
+        std::vector<QsoRow> rows;
+        if (const auto s = holds(b) ? bandAsShown(b) : std::nullopt) {
+            rows.reserve(s->rows().size());
+            for (const GridRow& r : s->rows())
+                rows.push_back(r.qso);
+        } else {
+            rows = log_.rows(b);
+        }
+        worked_.setBand(b, rows);
+        workedFresh_[i] = true;
+    }
+    return worked_.of(call);
+}
+
 std::vector<WorkedOnBand> Capture::WorkAlso(std::string_view call) {
     std::vector<WorkedOnBand> out;
     const std::string c = text::upper(text::trim(call));
