@@ -8,6 +8,7 @@
 #include "core/locator/locator.h"
 #include "core/map/map_band.h"
 #include "core/util/text.h"
+#include "scene/coastlines.h"
 #include "scene/map_image.h"
 #include "scene/map_scene.h"
 
@@ -68,6 +69,7 @@ int run(Context& ctx, const Args& args) {
     state.load(arg->band, std::move(snap.rows), snap.totals, own, false);
     scene::MapScene scene(LocKoordinaten(own), ctx.texts);
     scene.setBand(map::mapBand(state));
+    scene.setCoastlines(scene::loadCoastlines());
     if (radius)
         scene.fitRadius(QSizeF(*size), static_cast<double>(*radius));
     else
