@@ -57,6 +57,13 @@ void MapScene::setBand(map::MapBand band) {
         dots_.push_back(projection_.project(q.position));
 }
 
+void MapScene::addQso(map::MapQso q, const std::string& newSquare) {
+    dots_.push_back(projection_.project(q.position));
+    band_.qsos.push_back(std::move(q));
+    if (!newSquare.empty())
+        band_.squares.push_back(newSquare);
+}
+
 void MapScene::setCoastlines(const std::vector<std::vector<LocPosition>>& lines) {
     coast_.clear();
     coast_.reserve(lines.size());

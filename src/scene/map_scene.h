@@ -36,6 +36,8 @@ public:
     // The band's snapshot; the band layer follows it.
     void setBand(map::MapBand band);
     const map::MapBand& band() const { return band_; }
+    // One QSO more (a commit), with its square when it is new on the band.
+    void addQso(map::MapQso q, const std::string& newSquare);
     // Coastlines and borders as lines of positions; empty: the grid alone.
     void setCoastlines(const std::vector<std::vector<LocPosition>>& lines);
     bool hasCoastlines() const { return !coast_.empty(); }

@@ -53,7 +53,10 @@ private slots:
         QCOMPARE(map.scene().typed()->km, std::int64_t(275));
         const auto& s = map.scene();
         const QPointF from = s.toPixel({});
-        const QPointF to = s.toPixel(s.projection().project(orv::LocKoordinaten("JO70FD")));
+        const auto where = [&] {
+            return s.toPixel(s.projection().project(orv::LocKoordinaten("JO70FD")));
+        };
+        QPointF to = where();
         const QImage img = map.grab().toImage();
         const QColor mid = img.pixelColor(((from + to) / 2).toPoint());
         QVERIFY2(mid.red() > 150 && mid.green() < 80, qPrintable(mid.name()));
@@ -65,14 +68,18 @@ private slots:
         QTRY_COMPARE(map.scene().band().qsos.size(), std::size_t(1));
         QCOMPARE(map.scene().band().squares, std::vector<std::string>{"JO70"});
         QTRY_VERIFY(colourAt(map, "JO70AA", {2, -2}) != before);
+        // The view may have grown with the band.
+        to = where();
         const QColor dot = colourAt(map, "JO70FD");
         QVERIFY2(dot.blue() > 150 && dot.red() < 80, qPrintable(dot.name()));
-        QVERIFY(map.dotText(to.toPoint()).startsWith("OK1KKW  JO70FD  275"));
+        QVERIFY2(map.dotText(to.toPoint()).startsWith("OK1KKW  JO70FD  275"),
+                 qPrintable(map.dotText(to.toPoint())));
 
         // A click on the dot selects its row in the log grid.
         logQso("DL1ABC", "JO62RM");
         QTRY_COMPARE(map.scene().band().qsos.size(), std::size_t(2));
         w->selectGridRow(1);
+        to = where();
         QTest::mouseClick(&map, Qt::LeftButton, {}, to.toPoint());
         QCOMPARE(w->selectedGridRow(), 0);
 

@@ -153,8 +153,10 @@ void MapBinding::refresh() {
         return;
     const BandState& s = c->state();
     const auto& rows = s.rows();
-    // A commit is the one change that adds a row at the end: one dot more.
-    if (s.band() == shownBand_ && rows.size() == shownRows_ + 1) {
+    // A commit is the one change that adds a row at the end: one dot more,
+    // unless it is the new ODX, whose mark moves.
+    if (s.band() == shownBand_ && rows.size() == shownRows_ + 1 &&
+        s.ODXNr == map_->map().scene().band().odxNr) {
         const std::size_t i = rows.size() - 1;
         if (auto qso = map::mapQso(rows[i], i)) {
             const std::string sq = text::upper(text::left(qso->locator, 4));

@@ -30,11 +30,7 @@ void MapWidget::setBand(map::MapBand band, bool fit) {
 }
 
 void MapWidget::addQso(const map::MapQso& q, const std::string& newSquare) {
-    map::MapBand b = scene_.band();
-    b.qsos.push_back(q);
-    if (!newSquare.empty())
-        b.squares.push_back(newSquare);
-    scene_.setBand(std::move(b));
+    scene_.addQso(q, newSquare);
     // Until the user moves the view, it grows with the band.
     const QPointF at = scene_.toPixel(scene_.projection().project(q.position));
     if (!userMoved_ && !QRectF(QPointF(0, 0), scene_.size()).contains(at))
@@ -45,16 +41,17 @@ void MapWidget::addQso(const map::MapQso& q, const std::string& newSquare) {
     }
     // Only the new square and dot are painted onto the band's picture.
     map::MapBand one;
+    one.odxNr = scene_.band().odxNr;
     one.qsos.push_back(q);
     if (!newSquare.empty())
         one.squares.push_back(newSquare);
     scene::MapScene single(scene_.projection().centre(), texts_);
     single.setBand(std::move(one));
-    QPainter p(&withBand_);
-    p.setRenderHint(QPainter::Antialiasing);
     single.setView(scene_.size(),
                    scene_.toMap(QPointF(scene_.size().width() / 2, scene_.size().height() / 2)),
                    scene_.kmPerPixel());
+    QPainter p(&withBand_);
+    p.setRenderHint(QPainter::Antialiasing);
     single.paintBand(p);
     update();
 }
