@@ -37,6 +37,12 @@ double ringStep(double radius) {
     return 5000;
 }
 
+// Like QRectF::intersects, but a line (a box without width or height) counts.
+bool overlaps(const QRectF& a, const QRectF& b) {
+    return a.left() <= b.right() && b.left() <= a.right() && a.top() <= b.bottom() &&
+           b.top() <= a.bottom();
+}
+
 } // namespace
 
 MapScene::MapScene(LocPosition own, const Texts& texts) : projection_(own), texts_(texts) {}
@@ -66,14 +72,35 @@ void MapScene::addQso(map::MapQso q, const std::string& newSquare) {
 
 void MapScene::setCoastlines(const std::vector<std::vector<LocPosition>>& lines) {
     coast_.clear();
+    coastBoxes_.clear();
     coast_.reserve(lines.size());
     for (const auto& line : lines) {
+        if (line.empty())
+            continue;
         std::vector<map::MapPoint> pts;
         pts.reserve(line.size());
-        for (const LocPosition& pos : line)
-            pts.push_back(projection_.project(pos));
+        double x0 = 1e9, y0 = 1e9, x1 = -1e9, y1 = -1e9;
+        for (const LocPosition& pos : line) {
+            const map::MapPoint m = projection_.project(pos);
+            x0 = std::min(x0, m.x), x1 = std::max(x1, m.x);
+            y0 = std::min(y0, m.y), y1 = std::max(y1, m.y);
+            pts.push_back(m);
+        }
         coast_.push_back(std::move(pts));
+        coastBoxes_.emplace_back(QPointF(x0, y0), QPointF(x1, y1));
     }
+}
+
+const std::vector<map::MapPoint>& MapScene::outline(const std::string& square) const {
+    auto it = outlines_.find(square);
+    if (it == outlines_.end())
+        it = outlines_.emplace(square, map::squareOutline(projection_, square, 4)).first;
+    return it->second;
+}
+
+QRectF MapScene::visibleKm() const {
+    const map::MapPoint a = toMap({0, size_.height()}), b = toMap({size_.width(), 0});
+    return {QPointF(a.x, a.y), QPointF(b.x, b.y)};
 }
 
 void MapScene::setView(QSizeF size, map::MapPoint middle, double kmPerPixel) {
@@ -141,8 +168,13 @@ void MapScene::paintGrid(QPainter& p) const {
     const QRectF device(QPointF(0, 0), size_);
     const QFontMetricsF fm(p.font());
     p.setBrush(Qt::NoBrush);
-    for (const std::string& sq : map::squaresWithin(projection_, visibleRadiusKm())) {
-        const QPolygonF poly = toPolygon(*this, map::squareOutline(projection_, sq, 4));
+    const double radius = visibleRadiusKm();
+    if (radius > gridRadius_) {
+        gridSquares_ = map::squaresWithin(projection_, radius);
+        gridRadius_ = radius;
+    }
+    for (const std::string& sq : gridSquares_) {
+        const QPolygonF poly = toPolygon(*this, outline(sq));
         const QRectF box = poly.boundingRect();
         if (!box.intersects(device))
             continue;
@@ -159,14 +191,12 @@ void MapScene::paintGrid(QPainter& p) const {
 }
 
 void MapScene::paintCoast(QPainter& p) const {
-    const QRectF device = QRectF(QPointF(0, 0), size_).adjusted(-50, -50, 50, 50);
     p.setPen(QPen(kCoast, 0.8));
     p.setBrush(Qt::NoBrush);
-    for (const auto& line : coast_) {
-        const QPolygonF poly = toPolygon(*this, line);
-        if (poly.boundingRect().intersects(device))
-            p.drawPolyline(poly);
-    }
+    const QRectF visible = visibleKm();
+    for (std::size_t i = 0; i < coast_.size(); ++i)
+        if (overlaps(coastBoxes_[i], visible))
+            p.drawPolyline(toPolygon(*this, coast_[i]));
 }
 
 void MapScene::paintBackground(QPainter& p) const {
@@ -175,26 +205,48 @@ void MapScene::paintBackground(QPainter& p) const {
     const double edge = map::Projection::maxKm() / kmPerPixel_;
     p.setPen(QPen(kGridLine, 1));
     p.drawEllipse(toPixel({}), edge, edge);
+    // Thin lines by the thousand: drawn without antialiasing, which costs
+    // more than the rest of the map together.
+    const bool aa = p.testRenderHint(QPainter::Antialiasing);
+    p.setRenderHint(QPainter::Antialiasing, false);
     paintCoast(p);
     paintGrid(p);
+    p.setRenderHint(QPainter::Antialiasing, aa);
     paintRings(p);
 }
 
 void MapScene::paintBand(QPainter& p) const {
     p.setPen(Qt::NoPen);
     p.setBrush(workedFill());
-    for (const std::string& sq : band_.squares)
-        p.drawPolygon(toPolygon(*this, map::squareOutline(projection_, sq, 4)));
+    for (const std::string& sq : band_.squares) {
+        const auto& o = outline(sq);
+        if (o.empty())
+            continue;
+        const QPolygonF poly = toPolygon(*this, o);
+        const QRectF box = poly.boundingRect();
+        if (box.intersects(QRectF(QPointF(0, 0), size_)))
+            p.drawPolygon(poly);
+    }
     p.setBrush(kDot);
-    const QRectF device(QPointF(0, 0), size_);
-    std::vector<QRectF> dots;
+    // Dots are whole-pixel squares, each pixel once: many QSOs share a spot.
+    const int w = static_cast<int>(size_.width()), h = static_cast<int>(size_.height());
+    std::vector<bool> seen(static_cast<std::size_t>(std::max(0, w * h)));
+    std::vector<QRect> dots;
     dots.reserve(dots_.size());
     for (const map::MapPoint& m : dots_) {
-        const QPointF px = toPixel(m);
-        if (device.contains(px))
-            dots.emplace_back(px.x() - 2, px.y() - 2, 4, 4);
+        const QPoint px = toPixel(m).toPoint();
+        if (px.x() < 0 || px.y() < 0 || px.x() >= w || px.y() >= h)
+            continue;
+        const auto at = static_cast<std::size_t>(px.y() * w + px.x());
+        if (seen[at])
+            continue;
+        seen[at] = true;
+        dots.emplace_back(px.x() - 2, px.y() - 2, 4, 4);
     }
+    const bool aa = p.testRenderHint(QPainter::Antialiasing);
+    p.setRenderHint(QPainter::Antialiasing, false);
     p.drawRects(dots.data(), static_cast<int>(dots.size()));
+    p.setRenderHint(QPainter::Antialiasing, aa);
     for (std::size_t i = 0; i < band_.qsos.size(); ++i)
         if (band_.odxNr > 0 && band_.qsos[i].qsoNr == band_.odxNr) {
             p.setPen(QPen(kOdx, 2));

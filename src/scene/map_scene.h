@@ -6,6 +6,8 @@
 #include <QSizeF>
 #include <QString>
 #include <optional>
+#include <string>
+#include <unordered_map>
 #include <vector>
 
 #include "core/i18n/texts.h"
@@ -79,12 +81,21 @@ private:
     void paintRings(QPainter& p) const;
     void paintGrid(QPainter& p) const;
     void paintCoast(QPainter& p) const;
+    // A square's outline on the map, projected once per scene.
+    const std::vector<map::MapPoint>& outline(const std::string& square) const;
+    // The map's visible part in km.
+    QRectF visibleKm() const;
 
     map::Projection projection_;
     const Texts& texts_;
     map::MapBand band_;
     std::vector<map::MapPoint> dots_; // projected QSOs, in band_.qsos order
     std::vector<std::vector<map::MapPoint>> coast_;
+    std::vector<QRectF> coastBoxes_; // in km, one per line
+    mutable std::unordered_map<std::string, std::vector<map::MapPoint>> outlines_;
+    // The squares of the grid up to the radius they were asked for.
+    mutable double gridRadius_ = -1;
+    mutable std::vector<std::string> gridSquares_;
     std::optional<TypedStation> typed_;
     std::optional<double> beam_;
     QSizeF size_{1200, 900};
