@@ -57,15 +57,15 @@ WorkedBands::Bands Capture::workedBands(std::string_view call) {
         if (workedFresh_[i])
             continue;
         // A band in memory is counted from there, any other from the file.
-        std::vector<QsoRow> rows;
-        if (const auto s = holds(b) ? bandAsShown(b) : std::nullopt) {
-            rows.reserve(s->rows().size());
-            for (const GridRow& r : s->rows())
-                rows.push_back(r.qso);
-        } else {
-            rows = log_.rows(b);
-        }
-        worked_.setBand(b, rows);
+        const BandState* held = nullptr;
+        if (b == state_.band() && !stale_)
+            held = &state_;
+        else if (held_[i])
+            held = &*held_[i];
+        if (held)
+            worked_.setBand(b, held->rows());
+        else
+            worked_.setBand(b, log_.rows(b));
         workedFresh_[i] = true;
     }
     return worked_.of(call);

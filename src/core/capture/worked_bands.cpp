@@ -50,4 +50,11 @@ void WorkedBands::setBand(int band, const std::vector<QsoRow>& rows) {
             count(band, q.call, +1);
 }
 
+void WorkedBands::setBand(int band, const std::vector<GridRow>& rows) {
+    clearBand(band);
+    for (const GridRow& r : rows)
+        if (!r.qso.errQso)
+            count(band, r.qso.call, +1);
+}
+
 } // namespace orv

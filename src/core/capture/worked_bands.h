@@ -8,6 +8,7 @@
 #include <unordered_map>
 #include <vector>
 
+#include "core/capture/band_state.h"
 #include "core/logstore/bands.h"
 #include "core/logstore/contest_log.h"
 
@@ -25,6 +26,7 @@ public:
     void count(int band, std::string_view call, int delta);
     // Counts a band anew from its rows (deleted rows are left out).
     void setBand(int band, const std::vector<QsoRow>& rows);
+    void setBand(int band, const std::vector<GridRow>& rows);
     void clearBand(int band);
 
     bool operator==(const WorkedBands&) const = default;
