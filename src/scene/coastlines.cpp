@@ -1,5 +1,7 @@
 #include "scene/coastlines.h"
 
+#include <cstdlib>
+
 #ifdef ORVANTA_HAVE_GSHHG
 #include "platform/coast/gshhg_reader.h"
 #endif
@@ -9,7 +11,12 @@ namespace orv::scene {
 std::vector<std::vector<LocPosition>> loadCoastlines(const std::filesystem::path& folder) {
     std::vector<std::vector<LocPosition>> out;
 #ifdef ORVANTA_HAVE_GSHHG
-    for (coast::Line& l : coast::readFolder(folder.empty() ? coast::defaultFolder() : folder))
+    std::filesystem::path from = folder;
+    if (from.empty()) {
+        const char* env = std::getenv("ORVANTA_GSHHG_DIR");
+        from = env && *env ? std::filesystem::path(env) : coast::defaultFolder();
+    }
+    for (coast::Line& l : coast::readFolder(from))
         out.push_back(std::move(l.points));
 #else
     (void)folder;

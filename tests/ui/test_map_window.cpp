@@ -43,6 +43,8 @@ private slots:
         QTRY_VERIFY(m->isVisible());
         MapWidget& map = m->map();
         QVERIFY(map.scene().band().qsos.empty());
+        QVERIFY(map.scene().hasCoastlines());
+        QCOMPARE(m->status(), QString());
 
         // Typing a locator draws its bearing line to it, with its distance.
         edit("Text3")->setFocus();
@@ -116,6 +118,21 @@ private slots:
         m->close();
         QCOMPARE(app->settings().get(orv::IntSetting{"Karte", "Width"}), 640LL);
         QCOMPARE(app->settings().get(orv::IntSetting{"Karte", "Height"}), 480LL);
+    }
+
+    // Without the coastline files the map is the grid alone and says so.
+    void withoutCoastlinesTheGridAlone() {
+        orv::test::TempDir empty;
+        qputenv("ORVANTA_GSHHG_DIR", empty.path().string().c_str());
+        QVERIFY(start("nocoast"));
+        QTest::keyClick(w, Qt::Key_M, Qt::ControlModifier);
+        MapWindow* m = mapWindow();
+        qunsetenv("ORVANTA_GSHHG_DIR");
+        QVERIFY(m);
+        QVERIFY(!m->map().scene().hasCoastlines());
+        QCOMPARE(m->status(), QString::fromStdString(orv::Texts()(1279)));
+        logQso("OK1KKW", "JO70FD");
+        QTRY_COMPARE(m->map().scene().band().qsos.size(), std::size_t(1));
     }
 };
 
