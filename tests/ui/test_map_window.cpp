@@ -112,6 +112,12 @@ private slots:
         QCOMPARE(m->rate().allIntervals().size(), std::size_t(1));
         QCOMPARE(m->rate().allIntervals()[0].qsos, std::int64_t(1));
         QCOMPARE(m->rate().bandIntervals()[0].qsos, std::int64_t(1));
+        QCOMPARE(m->rate().bandIntervals()[0].points, stored()[1].qrb);
+        // Ten-minute steps from the list above the graph.
+        m->rate().setStepMinutes(10);
+        QCOMPARE(m->rate().stepMinutes(), 10);
+        QCOMPARE(m->rate().allIntervals().size(), std::size_t(1));
+        QCOMPARE(m->rate().zeitbereichLine().size(), std::size_t(1));
 
         // Its place is kept in the settings.
         m->resize(640, 480);

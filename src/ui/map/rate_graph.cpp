@@ -31,7 +31,7 @@ protected:
         std::int64_t top = 1, topPoints = 1;
         for (std::size_t i = 0; i < all.size(); ++i) {
             top = std::max({top, all[i].qsos, g_.zeitbereich_[i]});
-            topPoints = std::max(topPoints, g_.band_[i].points);
+            topPoints = std::max(topPoints, all[i].points);
         }
         const double w = area.width() / static_cast<double>(all.size());
         const auto y = [&](double v, double max) {
@@ -63,6 +63,8 @@ protected:
             p.setBrush(Qt::NoBrush);
             p.drawPath(path);
         };
+        line([&](std::size_t i) { return all[i].points; }, static_cast<double>(topPoints),
+             QPen(QColor(120, 200, 120), 2, Qt::DotLine));
         line([&](std::size_t i) { return g_.band_[i].points; }, static_cast<double>(topPoints),
              QPen(QColor(0, 150, 0), 2));
         line([&](std::size_t i) { return g_.zeitbereich_[i]; }, static_cast<double>(top),

@@ -10,9 +10,9 @@ class QComboBox;
 
 namespace orv::ui {
 
-// The rate graph: QSOs per interval of 10 or 60 minutes over the contest,
-// for the selected band and for all bands, the band's points as a line and
-// the rate display's `Zeitbereich` count as a second line.
+// The rate graph: QSOs per interval of 10 or 60 minutes over the contest as
+// bars and points as lines, each for the selected band and for all bands,
+// and the rate display's `Zeitbereich` count of the band as a dashed line.
 class RateGraph final : public QWidget {
     Q_OBJECT
 public:
