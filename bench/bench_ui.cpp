@@ -1,7 +1,8 @@
 // The real main window, offscreen, over a log whose bands hold 20,000 QSOs:
 //  - a key press in the call field and in the locator field, each measured
 //    as the key event plus the event processing that follows it, against a
-//    key press into a plain QLineEdit in the same run;
+//    key press into a plain QLineEdit in the same run, and in the locator
+//    field again with the map window open and following it;
 //  - key presses in the call field while QSOs are logged through the window
 //    one after the other, with and without a backup after each change
 //    running beside them (the copy of a 40,000-QSO log);
@@ -11,6 +12,7 @@
 // Each benchmark reports the median and the 99th percentile of its samples.
 #include <benchmark/benchmark.h>
 
+#include <QAction>
 #include <QApplication>
 #include <QComboBox>
 #include <QLineEdit>
@@ -176,6 +178,24 @@ void BM_KeyPressLocatorField(benchmark::State& state) {
     typeInto(state, program().window()->findChild<QLineEdit*>("Text7"), kLocators);
 }
 
+// The same with the map window open beside it, following the typed locator.
+void BM_KeyPressLocatorFieldMapOpen(benchmark::State& state) {
+    ui::MainWindow* w = program().window();
+    auto* open = w->findChild<QAction*>("MnKarte");
+    if (!open) {
+        state.SkipWithError("no map entry");
+        return;
+    }
+    open->trigger();
+    QApplication::processEvents();
+    typeInto(state, w->findChild<QLineEdit*>("Text7"), kLocators);
+    for (QWidget* top : QApplication::topLevelWidgets())
+        if (top->objectName() == "MapWindow")
+            top->close();
+    w->activateWindow();
+    QApplication::processEvents();
+}
+
 // A new call for each QSO, so that none is a duplicate.
 std::string nthCall(int n) {
     std::string c = "OK1";
@@ -308,6 +328,10 @@ BENCHMARK(BM_KeyPressPlainLineEdit)
     ->Unit(benchmark::kMicrosecond);
 BENCHMARK(BM_KeyPressCallField)->UseManualTime()->Iterations(2000)->Unit(benchmark::kMicrosecond);
 BENCHMARK(BM_KeyPressLocatorField)
+    ->UseManualTime()
+    ->Iterations(2000)
+    ->Unit(benchmark::kMicrosecond);
+BENCHMARK(BM_KeyPressLocatorFieldMapOpen)
     ->UseManualTime()
     ->Iterations(2000)
     ->Unit(benchmark::kMicrosecond);

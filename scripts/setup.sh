@@ -15,13 +15,13 @@ jobs=$(nproc 2>/dev/null || echo 2)
 
 packages=(
     build-essential cmake ninja-build pkg-config git
-    qt6-base-dev qt6-multimedia-dev qt6-serialport-dev libqt6opengl6-dev libgl-dev
+    qt6-base-dev qt6-multimedia-dev qt6-serialport-dev qt6-svg-dev libqt6opengl6-dev libgl-dev
     libsqlite3-dev libcurl4-openssl-dev libsecret-1-dev
     libgtest-dev libgmock-dev libbenchmark-dev
     hamradio-files python3 python3-pyftpdlib clang-format clang libclang-rt-14-dev
     librsvg2-bin desktop-file-utils appstream lintian dpkg-dev file man-db bash-completion
     pulseaudio pulseaudio-utils sox poppler-utils gnome-keyring
-    libhamlib-dev libhamlib-utils
+    libhamlib-dev libhamlib-utils gmt-gshhg-low libnetcdf-dev
 )
 # Node.js may come from elsewhere than Debian; only a missing one is installed.
 command -v node >/dev/null 2>&1 || packages+=(nodejs)

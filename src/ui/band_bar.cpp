@@ -89,19 +89,31 @@ void BandBar::setOwnStation(const QString& call, const QString& locator) {
     ownLocator_->setText(locator);
 }
 
+void BandBar::setWorkedOn(const std::bitset<10>& bands) {
+    if (bands == workedOn_)
+        return;
+    workedOn_ = bands;
+    paint();
+}
+
 void BandBar::paint() {
     const int current = bandBox_ ? bandBox_->currentIndex() : -1;
     for (int i = 0; i < kBandCount; ++i) {
         QPushButton* b = buttons_[static_cast<std::size_t>(i)];
         if (!b)
             continue;
+        const QString frame = workedOn_.test(static_cast<std::size_t>(i))
+                                  ? QStringLiteral(" border: 3px solid rgb(0,150,0);")
+                                  : QString();
         if (i == current)
             b->setStyleSheet("QPushButton { background: rgb(255,0,0); color: white; "
-                             "font-weight: bold; }");
+                             "font-weight: bold;" +
+                             frame + " }");
         else if (hasQsos_[static_cast<std::size_t>(i)])
-            b->setStyleSheet(QString("QPushButton { background: %1; }").arg(qsoColour_.name()));
+            b->setStyleSheet(
+                QString("QPushButton { background: %1;%2 }").arg(qsoColour_.name(), frame));
         else
-            b->setStyleSheet(QString());
+            b->setStyleSheet(frame.isEmpty() ? QString() : "QPushButton {" + frame + " }");
     }
 }
 

@@ -3,6 +3,7 @@
 #include <QColor>
 #include <QFrame>
 #include <array>
+#include <bitset>
 
 class QComboBox;
 class QLineEdit;
@@ -24,6 +25,10 @@ public:
     bool bandHasQsos(int index) const;
     void setQsoColour(const QColor& c);
     void setOwnStation(const QString& call, const QString& locator);
+    // The bands on which the call in hand is already in the log: their
+    // buttons are framed.
+    void setWorkedOn(const std::bitset<10>& bands);
+    const std::bitset<10>& workedOn() const { return workedOn_; }
 
 signals:
     // A band button was pressed (after it selected its band).
@@ -37,6 +42,7 @@ private:
     QComboBox* bandBox_ = nullptr;
     std::array<QPushButton*, 10> buttons_{};
     std::array<bool, 10> hasQsos_{};
+    std::bitset<10> workedOn_;
     QColor qsoColour_{224, 224, 224};
     QLineEdit* ownCall_ = nullptr;
     QLineEdit* ownLocator_ = nullptr;

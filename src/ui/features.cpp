@@ -3,6 +3,7 @@
 #include "ui/backup_binding.h"
 #include "ui/import_menus.h"
 #include "ui/main_window.h"
+#include "ui/map/map_binding.h"
 #include "ui/options/options_menu.h"
 #include "ui/reference_menus.h"
 #include "ui/rig_binding.h"
@@ -20,6 +21,7 @@ void installFeatures(Startup& startup) {
     new BackupBinding(startup, startup.window());
     installOptionsMenu(startup);
     RigBinding::install(*startup.window(), startup.settings(), startup.texts());
+    MapBinding::install(startup);
 }
 
 } // namespace orv::ui

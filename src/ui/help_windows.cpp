@@ -41,8 +41,8 @@ QDialog* makeKeyHelp(QWidget* parent, const Texts& texts) {
     auto* d = new QDialog(parent);
     d->setObjectName("Form3");
     d->setWindowTitle(plainCaption(texts(91)));
-    // The rotator's keys, added since, take their texts from the table.
-    constexpr std::pair<int, int> kRotatorKeys[] = {{1235, 1236}, {1237, 1238}};
+    // The keys added since (rotator, map) take their texts from the table.
+    constexpr std::pair<int, int> kRotatorKeys[] = {{1235, 1236}, {1237, 1238}, {1273, 1272}};
     auto* table =
         new QTableWidget(static_cast<int>(std::size(kKeys) + std::size(kRotatorKeys)), 2, d);
     table->setObjectName("KeyTable");

@@ -174,6 +174,7 @@ void RigBinding::tickRotator() {
         return;
     const rig::RotatorSnapshot s = rotator_->snapshot();
     rotatorLost_ = s.state == rig::LinkState::Lost;
+    antenna_ = rotatorLost_ ? std::nullopt : s.azimuth;
     azimuth_->setText(s.azimuth && !rotatorLost_ ? q(texts_(1232)) + " " + degrees(*s.azimuth)
                                                  : QString());
 }

@@ -55,6 +55,9 @@ public:
     bool turnToBearingText(const QString& bearing);
     bool turnToLocator(const QString& locator);
     void stopRotator();
+    // The antenna's direction as last read; nothing without a rotator or
+    // while its link is lost.
+    std::optional<double> antennaAzimuth() const { return antenna_; }
 
 private:
     void tickRotator();
@@ -76,6 +79,7 @@ private:
     QPointer<QAction> gridTurn_;
     QPointer<QAction> listTurn_;
     bool rotatorLost_ = false;
+    std::optional<double> antenna_;
     bool rigLost_ = false;
     std::optional<rig::RigReading> applied_;
     std::optional<rig::RigReading> last_;

@@ -328,6 +328,7 @@ private slots:
             {"options", trigger("MnOptionenA"), "Form4"},
             {"EDI editor", trigger("MnEDIEdit"), "Form16"},
             {"log folders", trigger("MnLogExport"), "Form17"},
+            {"map", trigger("MnKarte"), "MapWindow"},
         };
         for (const Step& step : walk) {
             current = step.name;

@@ -104,6 +104,7 @@ CommitResult Capture::Uebernehmen(EntryRow& row) {
     }
     GridRow grid{*q, bearingText(config_.ownLocator, q->locator, config_.antenneKomma)};
     state_.appendRow(grid);
+    worked_.count(state_.band(), q->call, +1);
     state_.LastQSONr = q->qsoNr;
     const std::int64_t divisor = q->qsoNr - state_.deletedCount();
     state_.setKmPerQso(divisor > 0 ? state_.PGesamt / divisor : 0);

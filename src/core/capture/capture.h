@@ -11,6 +11,7 @@
 
 #include "core/capture/band_loader.h"
 #include "core/capture/band_state.h"
+#include "core/capture/worked_bands.h"
 #include "core/i18n/texts.h"
 #include "core/logstore/contest_log.h"
 #include "core/util/ports.h"
@@ -157,6 +158,10 @@ public:
     // `CallExistTest`: the first live QSO of the call on the selected band,
     // compared exactly as typed.
     std::optional<DuplicatePanel> CallExistTest(std::string_view call);
+    // The bands on which `call` has a live QSO, the selected one included,
+    // from an index that every change through the capture keeps current; a
+    // band changed elsewhere is counted again at the next look.
+    WorkedBands::Bands workedBands(std::string_view call);
     // `WorkAlso`: the first row of the call on each other band, if live.
     std::vector<WorkedOnBand> WorkAlso(std::string_view call);
     // Worked-before lines of the lookup list for a typed part of a call
@@ -251,6 +256,8 @@ private:
     std::int64_t seenVersion_ = 0;
     std::int64_t seenChanges_ = 0;
     std::unique_ptr<BandLoader> loader_;
+    WorkedBands worked_;
+    std::array<bool, kBandCount> workedFresh_{};
     std::string lastCall_, lastLocator_;
 };
 

@@ -109,6 +109,7 @@ void Capture::bandsChangedElsewhere(const std::array<bool, kBandCount>& touched)
             continue;
         held_[i].reset();
         ++generation_[i];
+        workedFresh_[i] = false;
         if (b == state_.band())
             stale_ = true;
     }

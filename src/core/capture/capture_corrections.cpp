@@ -81,6 +81,7 @@ void Capture::markRow(std::size_t row, bool deleted) {
     const BandTotals totals = storedAfter(w, state_.stored, !deleted);
     ownWrite([&] { log_.setErrQso(state_.band(), q.rowId, deleted, totals); });
     state_.mutableRows()[row].qso.errQso = deleted;
+    worked_.count(state_.band(), q.call, deleted ? -1 : +1);
     applyWalk(w, totals);
     changed();
 }
@@ -181,6 +182,10 @@ Status Capture::UebernehmenEdit(std::size_t row, const EditRow& edit) {
 
     GridRow& g = state_.mutableRows()[row];
     g.qso = q;
+    if (!q.errQso) {
+        worked_.count(state_.band(), old.call, -1);
+        worked_.count(state_.band(), q.call, +1);
+    }
     g.bearing = bearingText(config_.ownLocator, q.locator, config_.antenneKomma);
     if (!w)
         w = Walk{odx, odxNr, pGesamt, false};
@@ -198,6 +203,7 @@ bool Capture::MnLogLoeschen() {
     ownWrite([&] { log_.emptyBand(band); });
     // What is in memory follows the file: an empty band with Null totals.
     state_.load(band, {}, log_.totals(band), config_.ownLocator, config_.antenneKomma);
+    worked_.clearBand(band);
     changed();
     return true;
 }

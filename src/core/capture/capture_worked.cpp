@@ -51,6 +51,26 @@ std::optional<DuplicatePanel> Capture::CallExistTest(std::string_view call) {
     return std::nullopt;
 }
 
+WorkedBands::Bands Capture::workedBands(std::string_view call) {
+    for (int b = 0; b < kBandCount; ++b) {
+        const auto i = static_cast<std::size_t>(b);
+        if (workedFresh_[i])
+            continue;
+        // A band in memory is counted from there, any other from the file.
+        const BandState* held = nullptr;
+        if (b == state_.band() && !stale_)
+            held = &state_;
+        else if (held_[i])
+            held = &*held_[i];
+        if (held)
+            worked_.setBand(b, held->rows());
+        else
+            worked_.setBand(b, log_.rows(b));
+        workedFresh_[i] = true;
+    }
+    return worked_.of(call);
+}
+
 std::vector<WorkedOnBand> Capture::WorkAlso(std::string_view call) {
     std::vector<WorkedOnBand> out;
     const std::string c = text::upper(text::trim(call));
