@@ -1,0 +1,161 @@
+#include "platform/pg/pg_share_worker.h"
+
+#include <poll.h>
+#include <sys/eventfd.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <chrono>
+#include <cstring>
+
+#include "core/shared/shared_store.h"
+#include "core/shared/shared_sync.h"
+#include "core/util/sqlite.h"
+
+namespace orv {
+
+PgShareWorker::PgShareWorker(std::filesystem::path logFile, std::string password,
+                             ShareWorkerTiming timing)
+    : logFile_(std::move(logFile)), password_(std::move(password)), timing_(timing) {
+    wakeFd_ = eventfd(0, EFD_NONBLOCK | EFD_CLOEXEC);
+}
+
+PgShareWorker::~PgShareWorker() {
+    stop();
+    if (wakeFd_ >= 0)
+        close(wakeFd_);
+}
+
+void PgShareWorker::start() {
+    if (thread_.joinable())
+        return;
+    stopping_ = false;
+    thread_ = std::thread([this] { run(); });
+}
+
+void PgShareWorker::stop() {
+    {
+        std::lock_guard lock(mutex_);
+        stopping_ = true;
+    }
+    nudge();
+    if (thread_.joinable())
+        thread_.join();
+}
+
+void PgShareWorker::nudge() {
+    {
+        std::lock_guard lock(mutex_);
+        nudged_ = true;
+    }
+    const std::uint64_t one = 1;
+    if (wakeFd_ >= 0) [[maybe_unused]]
+        auto n = write(wakeFd_, &one, sizeof one);
+}
+
+ShareStatus PgShareWorker::status() const {
+    std::lock_guard lock(mutex_);
+    return status_;
+}
+
+// Waits on the notice connection and the nudge together; true when there is
+// reason for a round before the time ran out.
+bool PgShareWorker::waitForWork(PgServer* listener, int timeoutMs) {
+    pollfd fds[2] = {{wakeFd_, POLLIN, 0}, {listener ? listener->socket() : -1, POLLIN, 0}};
+    const int n = poll(fds, 2, timeoutMs);
+    if (n <= 0)
+        return false;
+    bool work = false;
+    if (fds[0].revents & POLLIN) {
+        std::uint64_t v = 0;
+        [[maybe_unused]] auto r = read(wakeFd_, &v, sizeof v);
+        work = true;
+    }
+    if (listener && (fds[1].revents & (POLLIN | POLLERR | POLLHUP)))
+        work = listener->takeNotices() || work;
+    return work;
+}
+
+void PgShareWorker::run() {
+    sql::Db db(logFile_.string(), sql::Db::Mode::ReadWrite);
+    db.setDurable();
+    SharedStore store(db);
+    const ShareSetup setup = store.setup();
+    PgServer server(setup.server, password_, setup.contest, timing_.timeouts);
+    PgServer listener(setup.server, password_, setup.contest, timing_.timeouts);
+    int retryMs = timing_.firstRetryMs;
+    auto dataVersion = [&] {
+        auto st = db.prepare("PRAGMA data_version");
+        st.step();
+        return st.int64(0);
+    };
+    std::int64_t seenVersion = -1;
+    auto lastRound = std::chrono::steady_clock::time_point{};
+    bool roundDue = true;
+    for (;;) {
+        {
+            std::lock_guard lock(mutex_);
+            if (stopping_)
+                break;
+            roundDue = roundDue || nudged_;
+            nudged_ = false;
+        }
+        const auto now = std::chrono::steady_clock::now();
+        if (now - lastRound >= std::chrono::milliseconds(timing_.slowPollMs))
+            roundDue = true;
+        const auto v = dataVersion();
+        if (v != seenVersion) {
+            seenVersion = v;
+            roundDue = true;
+        }
+        if (roundDue) {
+            try {
+                if (!listener.connected())
+                    listener.listen();
+                syncOnce(store, server);
+                auto positions = server.positions();
+                std::lock_guard lock(mutex_);
+                status_.online = true;
+                status_.schemaRefused = false;
+                status_.lastError.clear();
+                status_.positions = std::move(positions);
+                retryMs = timing_.firstRetryMs;
+                roundDue = false;
+                lastRound = now;
+            } catch (const SharedSchemaError& e) {
+                std::lock_guard lock(mutex_);
+                status_.online = false;
+                status_.schemaRefused = true;
+                status_.lastError = e.what();
+            } catch (const SharedServerError& e) {
+                server.disconnect();
+                listener.disconnect();
+                std::lock_guard lock(mutex_);
+                status_.online = false;
+                status_.lastError = e.what();
+            }
+            {
+                std::lock_guard lock(mutex_);
+                status_.queued = store.queuedCount();
+                status_.conflicts = static_cast<std::int64_t>(store.conflicts().size());
+                ++status_.rounds;
+            }
+            seenVersion = dataVersion();
+            if (roundDue) {
+                // Still due: the link is down. Wait, growing, then try again.
+                waitForWork(nullptr, retryMs);
+                retryMs = std::min(retryMs * 2, timing_.longestRetryMs);
+                continue;
+            }
+        }
+        try {
+            if (waitForWork(listener.connected() ? &listener : nullptr, timing_.fileCheckMs))
+                roundDue = true;
+        } catch (const SharedServerError&) {
+            listener.disconnect();
+            roundDue = true;
+        }
+    }
+}
+
+} // namespace orv
