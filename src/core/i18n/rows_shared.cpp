@@ -2,9 +2,30 @@
 
 namespace orv {
 
-// Rows 1320-1369; none taken yet.
+// Rows 1320-1369: a contest shared by several positions.
 std::span<const TextRow> sharedRows() {
-    return {};
+    static constexpr TextRow kRows[] = {
+        {1320, "Ungültige Server-Adresse, erwartet postgresql://BENUTZER@HOST:PORT/DATENBANK:"},
+        {1321, "Ungültiger Positionsname (1 bis 15 Buchstaben, Ziffern, - oder _):"},
+        {1322, "Log-Server nicht erreichbar:"},
+        {1323, "Der Log-Server führt das gemeinsame Log in einer anderen Version; dieses Programm "
+               "schreibt nicht hinein. Version auf dem Server:"},
+        {1324, "Das Log ist nicht gemeinsam:"},
+        {1325, "Wartende QSOs:"},
+        {1326, "Letzte Verbindung zum Server:"},
+        {1327, "Konflikte:"},
+        {1328, "Der Wettbewerb ist auf dem Server nicht bekannt:"},
+        {1329, "Gesendet:"},
+        {1330, "Empfangen:"},
+        {1331, "offline"},
+        {1332, "Dieses Programm wurde ohne PostgreSQL-Anbindung gebaut."},
+        {1333, "noch nie"},
+        {1334, "hier"},
+        {1335, "Server"},
+        {1336, "Doppelte Nummern:"},
+        {1337, "Log-Server nicht erreichbar; die Änderungen warten im Log:"},
+    };
+    return kRows;
 }
 
 } // namespace orv

@@ -35,7 +35,7 @@ std::string conflictServerDecls() {
 void createTables(sql::Db& db) {
     db.exec("CREATE TABLE IF NOT EXISTS ShareSetup (Server TEXT NOT NULL, Position TEXT NOT "
             "NULL, Contest TEXT NOT NULL, LastChange INTEGER NOT NULL DEFAULT 0, Applying "
-            "INTEGER NOT NULL DEFAULT 0)");
+            "INTEGER NOT NULL DEFAULT 0, LastContact TEXT NOT NULL DEFAULT '')");
     db.exec("CREATE TABLE IF NOT EXISTS ShareQso (Band INTEGER NOT NULL, RowRef INTEGER NOT "
             "NULL, Uid TEXT NOT NULL UNIQUE, Rev INTEGER NOT NULL, PRIMARY KEY (Band, RowRef))");
     db.exec("CREATE TABLE IF NOT EXISTS ShareOutbox (Seq INTEGER PRIMARY KEY AUTOINCREMENT, Uid "

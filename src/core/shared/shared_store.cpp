@@ -86,6 +86,16 @@ std::int64_t SharedStore::lastChangeNo() {
     return st.int64(0);
 }
 
+std::string SharedStore::lastContact() {
+    auto st = db_.prepare("SELECT LastContact FROM ShareSetup");
+    st.step();
+    return st.text(0);
+}
+
+void SharedStore::noteContact(const std::string& when) {
+    db_.prepare("UPDATE ShareSetup SET LastContact = ?1").bind(1, when).run();
+}
+
 std::int64_t SharedStore::queuedCount() {
     auto st = db_.prepare("SELECT count(*) FROM ShareOutbox");
     st.step();

@@ -12,9 +12,9 @@
 // them and a QSO is never durable without its outbox entry.
 //
 // Tables: `ShareSetup` (one row: server, position, contest, the last change
-// number fetched, and the flag that keeps the triggers quiet while a change
-// from the server is written), `ShareQso` (band, rowid, id, revision of own
-// rows), `ShareOutbox`, `ShareRemote`, `ShareConflict`.
+// number fetched, the time of the last round the server answered, and the flag that keeps the
+// triggers quiet while a change from the server is written), `ShareQso` (band, rowid, id, revision
+// of own rows), `ShareOutbox`, `ShareRemote`, `ShareConflict`.
 
 #include <cstdint>
 #include <optional>
@@ -70,6 +70,10 @@ public:
 
     ShareSetup setup();
     std::int64_t lastChangeNo();
+    // When the server last answered a whole round (DatTime as stored), empty
+    // when never.
+    std::string lastContact();
+    void noteContact(const std::string& when);
     std::int64_t queuedCount();
     // The oldest waiting changes, in the order they were made.
     std::vector<OutboxEntry> outbox(int limit);

@@ -17,6 +17,12 @@ CREATE TABLE IF NOT EXISTS orv_qso (
     change_no bigint NOT NULL,
     fields text[] NOT NULL);
 CREATE INDEX IF NOT EXISTS orv_qso_change ON orv_qso (contest, change_no);
+CREATE TABLE IF NOT EXISTS orv_contest (
+    contest text PRIMARY KEY,
+    mycall text NOT NULL,
+    mylocator text NOT NULL,
+    contname text NOT NULL,
+    weights text NOT NULL);
 CREATE TABLE IF NOT EXISTS orv_position (
     contest text NOT NULL,
     position text NOT NULL,

@@ -353,6 +353,20 @@ std::vector<PositionStatus> PgServer::positions() {
     return out;
 }
 
+void PgServer::publishContest(const ContestInfo& c) {
+    exec("INSERT INTO orv_contest VALUES ($1, $2, $3, $4, $5) ON CONFLICT (contest) DO NOTHING",
+         {contest_, c.myCall, c.myLocator, c.contName, c.weights});
+}
+
+std::optional<PgServer::ContestInfo> PgServer::contestInfo() {
+    Result r =
+        exec("SELECT mycall, mylocator, contname, weights FROM orv_contest WHERE contest = $1",
+             {contest_});
+    if (r.rows() != 1)
+        return std::nullopt;
+    return ContestInfo{r.text(0, 0), r.text(0, 1), r.text(0, 2), r.text(0, 3)};
+}
+
 std::vector<std::pair<std::string, std::int64_t>> PgServer::idsAndRevisions() {
     Result r = exec("SELECT uid, rev FROM orv_qso WHERE contest = $1", {contest_});
     std::vector<std::pair<std::string, std::int64_t>> out;

@@ -69,6 +69,18 @@ public:
     void reportPosition(const PositionStatus& status) override;
     std::vector<PositionStatus> positions() override;
 
+    // The station of the contest, as the position that shared it first gave
+    // it: the log's `MyData` for the positions that join.
+    struct ContestInfo {
+        std::string myCall;
+        std::string myLocator;
+        std::string contName;
+        std::string weights; // ten numbers, comma-separated
+    };
+    // Writes the station unless the contest has one already.
+    void publishContest(const ContestInfo& info);
+    std::optional<ContestInfo> contestInfo();
+
     // Every QSO id and revision the server holds for the contest.
     std::vector<std::pair<std::string, std::int64_t>> idsAndRevisions();
 

@@ -7,12 +7,21 @@
 #include <algorithm>
 #include <chrono>
 #include <cstring>
+#include <ctime>
 
 #include "core/shared/shared_store.h"
 #include "core/shared/shared_sync.h"
 #include "core/util/sqlite.h"
 
 namespace orv {
+
+std::string nowAsStored() {
+    const auto t = std::chrono::system_clock::to_time_t(std::chrono::system_clock::now());
+    std::tm tm{};
+    gmtime_r(&t, &tm);
+    return DateTime{tm.tm_year + 1900, tm.tm_mon + 1, tm.tm_mday, tm.tm_hour, tm.tm_min, tm.tm_sec}
+        .toStorage();
+}
 
 PgShareWorker::PgShareWorker(std::filesystem::path logFile, std::string password,
                              ShareWorkerTiming timing)
@@ -114,6 +123,7 @@ void PgShareWorker::run() {
                     listener.listen();
                 syncOnce(store, server);
                 auto positions = server.positions();
+                store.noteContact(nowAsStored());
                 std::lock_guard lock(mutex_);
                 status_.online = true;
                 status_.schemaRefused = false;

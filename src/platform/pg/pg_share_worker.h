@@ -41,6 +41,9 @@ struct ShareWorkerTiming {
     PgTimeouts timeouts;
 };
 
+// The present moment in UTC as a DatTime is stored, for the last contact.
+std::string nowAsStored();
+
 class PgShareWorker {
 public:
     // `logFile` is opened by a connection of the worker's own.
