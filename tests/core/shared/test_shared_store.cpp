@@ -90,7 +90,7 @@ struct Position {
     std::optional<SharedStore> store;
 };
 
-constexpr int k144 = 4;
+constexpr int k144 = 1;
 
 TEST(SharedStore, LogsQueueTheirChangesAndTheOthersCacheThem) {
     test::TempDir dir;

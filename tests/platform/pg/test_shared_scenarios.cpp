@@ -19,8 +19,8 @@
 namespace orv::test {
 namespace {
 
-constexpr int k144 = 4;
-constexpr int k432 = 5;
+constexpr int k144 = 1;
+constexpr int k432 = 2;
 
 void pause(int ms) {
     std::this_thread::sleep_for(std::chrono::milliseconds(ms));
