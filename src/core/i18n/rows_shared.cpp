@@ -24,6 +24,18 @@ std::span<const TextRow> sharedRows() {
         {1335, "Server"},
         {1336, "Doppelte Nummern:"},
         {1337, "Log-Server nicht erreichbar; die Änderungen warten im Log:"},
+        {1338, "Positionen"},
+        {1339, "Position"},
+        {1340, "Band"},
+        {1341, "Operator"},
+        {1342, "Letztes QSO"},
+        {1343, "Wartend"},
+        {1344, "Meine Fassung behalten"},
+        {1345, "Fassung des Servers nehmen"},
+        {1346, "Dieses Band hält schon die Position:"},
+        {1347, "Konflikte des gemeinsamen Logs"},
+        {1348, "Schließen"},
+        {1349, "online"},
     };
     return kRows;
 }

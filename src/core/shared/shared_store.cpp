@@ -1,7 +1,6 @@
 #include "core/shared/shared_store.h"
 
 #include <algorithm>
-#include <map>
 #include <stdexcept>
 
 #include "core/logstore/bands.h"
@@ -320,16 +319,19 @@ std::int64_t SharedStore::highestSerial(int band) {
 }
 
 std::vector<DoubleSerial> SharedStore::doubleSerials(int band) {
-    std::map<std::int64_t, std::vector<std::string>> byNr;
-    for (const auto& q : stationQsos())
-        if (q.band == band && !q.row.errQso)
-            byNr[q.row.qsoNr].push_back(q.uid);
+    // Read by the window twice a second: one query over the band only.
+    auto st = db_.prepare(
+        "WITH live (Nr, Uid) AS (SELECT t.QSONr, q.Uid FROM " + bandTable(band) +
+        " t JOIN ShareQso q ON q.Band = ?1 AND q.RowRef = t.rowid WHERE t.ErrQSO = 0 UNION ALL "
+        "SELECT QSONr, Uid FROM ShareRemote WHERE Band = ?1 AND ErrQSO = 0) SELECT Nr, Uid FROM "
+        "live WHERE Nr IN (SELECT Nr FROM live GROUP BY Nr HAVING count(*) > 1) ORDER BY Nr, Uid");
+    st.bind(1, band);
     std::vector<DoubleSerial> out;
-    for (auto& [nr, uids] : byNr)
-        if (uids.size() > 1) {
-            std::sort(uids.begin(), uids.end());
-            out.push_back({nr, std::move(uids)});
-        }
+    while (st.step()) {
+        if (out.empty() || out.back().qsoNr != st.int64(0))
+            out.push_back({st.int64(0), {}});
+        out.back().uids.push_back(st.text(1));
+    }
     return out;
 }
 

@@ -13,8 +13,8 @@
 #include "core/logstore/contest_log.h"
 #include "core/shared/shared_store.h"
 #include "fault_proxy.h"
-#include "pg_cluster.h"
 #include "platform/pg/pg_share_worker.h"
+#include "support/pg_cluster.h"
 #include "support/temp_dir.h"
 
 namespace orv::test {

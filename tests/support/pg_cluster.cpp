@@ -1,4 +1,4 @@
-#include "pg_cluster.h"
+#include "support/pg_cluster.h"
 
 #include <netinet/in.h>
 #include <sys/socket.h>

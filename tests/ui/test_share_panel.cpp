@@ -1,0 +1,105 @@
+// The window on a shared contest against a real server: the panel shows the
+// other position, its QSO is a duplicate here and sets the next serial, a
+// QSO logged in the window reaches the server, and a band another position
+// holds is warned about.
+#include <QDialog>
+#include <QLabel>
+#include <QLineEdit>
+#include <QTableWidget>
+#include <QTest>
+
+#include "core/logstore/contest_log.h"
+#include "platform/qt_dialogs.h"
+#include "support/fakes.h"
+#include "support/pg_cluster.h"
+#include "support/run_tool.h"
+#include "support/temp_dir.h"
+#include "ui/log_dialog.h"
+#include "ui/main_window.h"
+#include "ui/startup.h"
+
+namespace {
+
+constexpr int k432 = 2;
+
+bool hasRow(QTableWidget* t, const QString& position, const QString& lastCall) {
+    for (int r = 0; t && r < t->rowCount(); ++r)
+        if (t->item(r, 0) && t->item(r, 0)->text() == position &&
+            t->item(r, 3)->text().startsWith(lastCall))
+            return true;
+    return false;
+}
+
+} // namespace
+
+class TestSharePanel : public QObject {
+    Q_OBJECT
+
+private slots:
+    void theWindowSharesWithAnotherPosition() {
+        orv::test::PgCluster pg;
+        orv::test::TempDir a, b;
+        const std::string server = pg.address();
+        orv::test::writeFile(a / "OrvantaContest.INI", "[QB]\nEinverstanden=-1\n");
+        auto tool = [](const orv::test::TempDir& home, std::vector<std::string> args) {
+            return orv::test::runToolAt(home.path(), args).status;
+        };
+        QCOMPARE(tool(a, {"new-log", "Field", "--call", "DL0XYZ", "--locator", "JO62QM",
+                          "--contest", "T"}),
+                 0);
+        QCOMPARE(tool(a, {"share", "Field", "--server", server, "--position", "A"}), 0);
+        QCOMPARE(tool(b, {"join", "Field", "--server", server, "--position", "B"}), 0);
+        QCOMPARE(tool(b, {"add", "Field", "--band", "432", "--call", "OK1KHL", "--rst", "59",
+                          "--rcvd", "59001", "--locator", "JN79AA"}),
+                 0);
+
+        orv::platform::QtDialogs::setRecording(true);
+        orv::test::FakeClock clock;
+        orv::test::CountingBeeper beeper;
+        orv::platform::QtDialogs dialogs;
+        orv::ui::Startup app(a.path(), dialogs, clock, beeper);
+        app.runLogDialog = [](orv::ui::LogDialog& d) {
+            d.openExisting("Field");
+            return d.result() == QDialog::Accepted;
+        };
+        app.endProgram = [] {};
+        QCOMPARE(app.run(), orv::ui::Startup::Outcome::Run);
+        orv::ui::MainWindow* w = app.window();
+        auto* positions = w->findChild<QTableWidget*>("SharePositions");
+        QVERIFY(positions);
+        QTRY_VERIFY_WITH_TIMEOUT(hasRow(positions, "B", "OK1KHL"), 15000);
+
+        // B holds 432: choosing it warns; B's QSO is a duplicate there and
+        // the next number follows B's.
+        w->selectBand(k432);
+        QVERIFY(w->findChild<QLabel*>("Label13")->text().endsWith("Position: B"));
+        auto* call = w->findChild<QLineEdit*>("Text3");
+        auto* nr = w->findChild<QLineEdit*>("Text6");
+        auto* loc = w->findChild<QLineEdit*>("Text7");
+        auto logQso = [&](const QString& c, const QString& l) {
+            call->setText(c);
+            nr->setText("59001");
+            loc->setText(l);
+            QTest::keyClick(loc, Qt::Key_Return);
+        };
+        logQso("OK1KHL", "JN79AA");
+        QTest::keyClick(call, Qt::Key_Escape);
+        QCOMPARE(orv::ContestLog::openForReading(a / "Logs" / "Field.sqlite").rowCount(k432), 0);
+        auto* serial = w->findChild<QLineEdit*>("Text5");
+        QVERIFY(serial);
+        QCOMPARE(serial->text().toInt(), 2);
+        logQso("DL1ABC", "JO31AB");
+        QTRY_COMPARE_WITH_TIMEOUT(pg.psql("SELECT count(*) FROM orv_qso"), std::string("2\n"),
+                                  10000);
+        QCOMPARE(pg.psql("SELECT fields[6] FROM orv_qso WHERE fields[1] = 'DL1ABC'"),
+                 std::string("2\n"));
+        // B sees it through its cache: the tool's sync fetches it.
+        const auto synced = orv::test::runToolAt(b.path(), {"sync", "Field"});
+        QCOMPARE(synced.status, 0);
+        QVERIFY(synced.out.find("\t1\n") != std::string::npos);
+        orv::platform::QtDialogs::setRecording(false);
+    }
+};
+
+QTEST_MAIN(TestSharePanel)
+#include "test_share_panel.moc"
