@@ -17,6 +17,7 @@
 #include "ui/log_dialog.h"
 #include "ui/main_window.h"
 #include "ui/startup.h"
+#include "ui_support.h"
 
 namespace {
 
@@ -97,6 +98,41 @@ private slots:
         const auto synced = orv::test::runToolAt(b.path(), {"sync", "Field"});
         QCOMPARE(synced.status, 0);
         QVERIFY(synced.out.find("\t1\n") != std::string::npos);
+        orv::platform::QtDialogs::setRecording(false);
+    }
+
+    // The log chooser shares a new log: a bad address is refused in the
+    // dialog, a good one makes the log shared and the station known to the
+    // server, the password kept for the position.
+    void theLogChooserSharesANewLog() {
+        orv::test::PgCluster pg;
+        orv::test::TempDir a;
+        orv::test::writeFile(a / "OrvantaContest.INI", "[QB]\nEinverstanden=-1\n");
+        orv::platform::QtDialogs::setRecording(true);
+        orv::test::FakeClock clock;
+        orv::test::CountingBeeper beeper;
+        orv::platform::QtDialogs dialogs;
+        orv::ui::Startup app(a.path(), dialogs, clock, beeper);
+        const std::string server = pg.address();
+        QString refusal;
+        app.runLogDialog = [&](orv::ui::LogDialog& d) {
+            d.findChild<QLineEdit*>("ShareServer")->setText("postgresql://nobody");
+            d.findChild<QLineEdit*>("SharePosition")->setText("2m");
+            if (orv::test::createLog("Tent")(d))
+                return true;
+            refusal = d.findChild<QLabel*>("Label1")->text();
+            d.findChild<QLineEdit*>("ShareServer")->setText(QString::fromStdString(server));
+            return orv::test::createLog("Tent")(d);
+        };
+        app.endProgram = [] {};
+        QCOMPARE(app.run(), orv::ui::Startup::Outcome::Run);
+        QVERIFY(refusal.contains("postgresql://"));
+        auto* positions = app.window()->findChild<QTableWidget*>("SharePositions");
+        QVERIFY(positions);
+        QTRY_VERIFY_WITH_TIMEOUT(positions->rowCount() == 1, 10000);
+        QCOMPARE(positions->item(0, 0)->text(), QString("2m"));
+        QCOMPARE(pg.psql("SELECT mycall FROM orv_contest WHERE contest = 'Tent'"),
+                 std::string("DL0XYZ\n"));
         orv::platform::QtDialogs::setRecording(false);
     }
 };

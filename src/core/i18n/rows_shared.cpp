@@ -36,6 +36,9 @@ std::span<const TextRow> sharedRows() {
         {1347, "Konflikte des gemeinsamen Logs"},
         {1348, "Schließen"},
         {1349, "online"},
+        {1351, "Gemeinsames Log, Server (leer: allein):"},
+        {1352, "Position:"},
+        {1353, "Passwort des Servers:"},
     };
     return kRows;
 }

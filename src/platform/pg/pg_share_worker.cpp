@@ -9,6 +9,7 @@
 #include <cstring>
 #include <ctime>
 
+#include "core/logstore/bands.h"
 #include "core/shared/shared_store.h"
 #include "core/shared/shared_sync.h"
 #include "core/util/sqlite.h"
@@ -67,6 +68,25 @@ ShareStatus PgShareWorker::status() const {
     return status_;
 }
 
+namespace {
+PgServer::ContestInfo contestOf(sql::Db& db) {
+    std::string zaehl;
+    for (int b = 0; b < kBandCount; ++b)
+        zaehl += std::string(zaehl.empty() ? "" : ", ") + "coalesce(" +
+                 sql::quoteIdent(myDataField("Zaehl", b)) + ", 1)";
+    auto st = db.prepare("SELECT MyCall, MyLocator, ContName, " + zaehl + " FROM MyData");
+    PgServer::ContestInfo info;
+    if (!st.step())
+        return info;
+    info.myCall = st.text(0);
+    info.myLocator = st.text(1);
+    info.contName = st.text(2);
+    for (int b = 0; b < kBandCount; ++b)
+        info.weights += (b ? "," : "") + std::to_string(st.int64(3 + b));
+    return info;
+}
+} // namespace
+
 // Waits on the notice connection and the nudge together; true when there is
 // reason for a round before the time ran out.
 bool PgShareWorker::waitForWork(PgServer* listener, int timeoutMs) {
@@ -87,7 +107,12 @@ bool PgShareWorker::waitForWork(PgServer* listener, int timeoutMs) {
 
 void PgShareWorker::run() {
     sql::Db db(logFile_.string(), sql::Db::Mode::ReadWrite);
-    db.setDurable();
+    // What this connection writes (sent marks, the cache, the change number)
+    // may roll back at a power cut without harm: a change sent twice is held
+    // once, a lost fetch is fetched again. Without a sync at each of its
+    // commits it holds the write lock for microseconds, and the position's
+    // own commits, durable on their connection, do not wait for it.
+    db.exec("PRAGMA synchronous = NORMAL");
     SharedStore store(db);
     const ShareSetup setup = store.setup();
     PgServer server(setup.server, password_, setup.contest, timing_.timeouts);
@@ -100,6 +125,8 @@ void PgShareWorker::run() {
     };
     std::int64_t seenVersion = -1;
     auto lastRound = std::chrono::steady_clock::time_point{};
+    auto lastNoted = std::chrono::steady_clock::time_point{};
+    bool published = false;
     bool roundDue = true;
     for (;;) {
         {
@@ -121,9 +148,18 @@ void PgShareWorker::run() {
             try {
                 if (!listener.connected())
                     listener.listen();
+                if (!published) {
+                    // The station's data for the positions that join; a
+                    // contest shared before keeps what it has.
+                    server.publishContest(contestOf(db));
+                    published = true;
+                }
                 syncOnce(store, server);
                 auto positions = server.positions();
-                store.noteContact(nowAsStored());
+                if (now - lastNoted >= std::chrono::seconds(5)) {
+                    store.noteContact(nowAsStored());
+                    lastNoted = now;
+                }
                 std::lock_guard lock(mutex_);
                 status_.online = true;
                 status_.schemaRefused = false;

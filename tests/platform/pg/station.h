@@ -12,7 +12,7 @@
 
 #include "core/logstore/contest_log.h"
 #include "core/shared/shared_store.h"
-#include "fault_proxy.h"
+#include "support/fault_proxy.h"
 #include "platform/pg/pg_share_worker.h"
 #include "support/pg_cluster.h"
 #include "support/temp_dir.h"

@@ -5,7 +5,7 @@
 
 #include <chrono>
 
-#include "fault_proxy.h"
+#include "support/fault_proxy.h"
 #include "support/pg_cluster.h"
 #include "support/run_tool.h"
 #include "support/temp_dir.h"

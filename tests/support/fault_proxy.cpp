@@ -1,4 +1,4 @@
-#include "fault_proxy.h"
+#include "support/fault_proxy.h"
 
 #include <arpa/inet.h>
 #include <netinet/in.h>
