@@ -309,6 +309,15 @@ std::vector<SharedQso> SharedStore::remoteQsos(int band) {
     return out;
 }
 
+std::array<bool, kBandCount> SharedStore::remoteBands() {
+    std::array<bool, kBandCount> out{};
+    auto st = db_.prepare("SELECT DISTINCT Band FROM ShareRemote");
+    while (st.step())
+        if (st.integer(0) >= 0 && st.integer(0) < kBandCount)
+            out[static_cast<std::size_t>(st.integer(0))] = true;
+    return out;
+}
+
 std::int64_t SharedStore::highestSerial(int band) {
     auto st = db_.prepare("SELECT max(coalesce((SELECT max(QSONr) FROM " + bandTable(band) +
                           "), 0), coalesce((SELECT max(QSONr) FROM ShareRemote WHERE Band = ?1), "

@@ -16,12 +16,14 @@
 // triggers quiet while a change from the server is written), `ShareQso` (band, rowid, id, revision
 // of own rows), `ShareOutbox`, `ShareRemote`, `ShareConflict`.
 
+#include <array>
 #include <cstdint>
 #include <optional>
 #include <string>
 #include <utility>
 #include <vector>
 
+#include "core/logstore/bands.h"
 #include "core/shared/shared_server.h"
 #include "core/util/sqlite.h"
 
@@ -101,6 +103,8 @@ public:
     // Own and cached QSOs of the whole station, own first.
     std::vector<SharedQso> stationQsos();
     std::vector<SharedQso> remoteQsos(int band);
+    // The bands on which the other positions hold QSOs.
+    std::array<bool, kBandCount> remoteBands();
     // The highest QSO number the position knows on a band, over all positions.
     std::int64_t highestSerial(int band);
     // Numbers that live QSOs of the band carry more than once.
