@@ -9,12 +9,14 @@
 #include <QTableWidget>
 #include <QTimer>
 #include <QVBoxLayout>
+#include <set>
 
 #include "core/capture/capture.h"
 #include "core/i18n/texts.h"
 #include "core/logstore/bands.h"
 #include "core/shared/shared_store.h"
 #include "platform/pg/pg_share_worker.h"
+#include "ui/log_grid_model.h"
 #include "ui/main_window.h"
 
 namespace orv::ui {
@@ -104,15 +106,19 @@ void ShareBinding::refresh() {
     SharedStore store(log_.db());
     QString state = q(texts_(st.online ? kOnline : kOffline)) + "  " + q(texts_(kWaiting)) + ": " +
                     QString::number(store.queuedCount());
+    std::set<long long> flagged;
     if (capture_.band() >= 0) {
         const auto doubles = store.doubleSerials(capture_.band());
         if (!doubles.empty()) {
             QStringList nrs;
-            for (const auto& d : doubles)
+            for (const auto& d : doubles) {
                 nrs << QString::number(d.qsoNr);
+                flagged.insert(d.qsoNr);
+            }
             state += "  " + q(texts_(kDoubles)) + " " + nrs.join(", ");
         }
     }
+    window_.logGrid().setFlaggedNumbers(std::move(flagged));
     if (!st.online && !st.lastError.empty())
         state += "\n" + q(st.lastError);
     state_->setText(state);

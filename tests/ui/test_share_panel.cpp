@@ -15,6 +15,7 @@
 #include "support/run_tool.h"
 #include "support/temp_dir.h"
 #include "ui/log_dialog.h"
+#include "ui/log_grid_model.h"
 #include "ui/main_window.h"
 #include "ui/startup.h"
 #include "ui_support.h"
@@ -94,10 +95,23 @@ private slots:
                                   10000);
         QCOMPARE(pg.psql("SELECT fields[6] FROM orv_qso WHERE fields[1] = 'DL1ABC'"),
                  std::string("2\n"));
-        // B sees it through its cache: the tool's sync fetches it.
+        // B, not synced since, gives number 2 on 432 as well: both QSOs keep
+        // it and the window marks it in the grid.
+        QCOMPARE(tool(b, {"add", "Field", "--band", "432", "--call", "G4XYZ", "--rst", "59",
+                          "--rcvd", "59002", "--locator", "IO91VL"}),
+                 0);
+        QCOMPARE(pg.psql("SELECT count(*) FROM orv_qso WHERE fields[6] = '2'"), std::string("2\n"));
+        auto& grid = w->logGrid();
+        QTRY_VERIFY_WITH_TIMEOUT(grid.rowCount() == 1 && grid.isFlagged(0), 10000);
+        QVERIFY(
+            grid.data(grid.index(0, orv::ui::LogGridModel::Number), Qt::BackgroundRole).isValid());
+        QVERIFY(
+            !grid.data(grid.index(0, orv::ui::LogGridModel::Call), Qt::BackgroundRole).isValid());
+        // B holds A's QSO too (its add fetched it) and lists the double.
         const auto synced = orv::test::runToolAt(b.path(), {"sync", "Field"});
         QCOMPARE(synced.status, 0);
-        QVERIFY(synced.out.find("\t1\n") != std::string::npos);
+        QVERIFY(synced.out.find("Wartende QSOs:\t0\n") != std::string::npos);
+        QVERIFY(synced.out.find("Doppelte Nummern:\t432\t2\t2") != std::string::npos);
         orv::platform::QtDialogs::setRecording(false);
     }
 

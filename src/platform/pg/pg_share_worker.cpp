@@ -106,6 +106,18 @@ bool PgShareWorker::waitForWork(PgServer* listener, int timeoutMs) {
 }
 
 void PgShareWorker::run() {
+    // A log that cannot be opened here (removed, broken) ends the worker;
+    // the window shows why and keeps logging locally.
+    try {
+        loop();
+    } catch (const std::exception& e) {
+        std::lock_guard lock(mutex_);
+        status_.online = false;
+        status_.lastError = e.what();
+    }
+}
+
+void PgShareWorker::loop() {
     sql::Db db(logFile_.string(), sql::Db::Mode::ReadWrite);
     // What this connection writes (sent marks, the cache, the change number)
     // may roll back at a power cut without harm: a change sent twice is held
@@ -178,6 +190,11 @@ void PgShareWorker::run() {
                 listener.disconnect();
                 std::lock_guard lock(mutex_);
                 status_.online = false;
+                status_.lastError = e.what();
+            } catch (const sql::Error& e) {
+                // The log file was busy beyond its wait or refused a write:
+                // nothing was lost, the round comes again.
+                std::lock_guard lock(mutex_);
                 status_.lastError = e.what();
             }
             {

@@ -61,6 +61,7 @@ public:
 
 private:
     void run();
+    void loop();
     bool waitForWork(PgServer* listener, int timeoutMs);
 
     std::filesystem::path logFile_;
