@@ -136,6 +136,15 @@ void SharedStore::writeOwn(const SharedQso& q, std::int64_t rowId) {
     bindQso(st, 1, q.row);
     st.bind(19, rowId).run();
     db_.prepare("UPDATE ShareQso SET Rev = ?1 WHERE Uid = ?2").bind(1, q.rev).bind(2, q.uid).run();
+    // Another position changed one of our QSOs: the band's running numbers
+    // in `MyData` follow its live rows, as after a correction here.
+    const std::string t = bandTable(q.band);
+    db_.exec("UPDATE MyData SET " + sql::quoteIdent(myDataField("PGesamt", q.band)) +
+             " = (SELECT coalesce(sum(QRB), 0) FROM " + t + " WHERE ErrQSO = 0), " +
+             sql::quoteIdent(myDataField("ODX", q.band)) +
+             " = (SELECT coalesce(max(QRB), 0) FROM " + t + " WHERE ErrQSO = 0), " +
+             sql::quoteIdent(myDataField("ODXNr", q.band)) + " = (SELECT QSONr FROM " + t +
+             " WHERE ErrQSO = 0 ORDER BY QRB DESC, QSONr LIMIT 1)");
 }
 
 void SharedStore::writeRemote(const SharedQso& q) {

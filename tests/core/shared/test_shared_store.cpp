@@ -74,6 +74,7 @@ QsoRow qso(const std::string& call, std::int64_t nr) {
     q.datTime = DateTime{2026, 6, 6, 14, static_cast<int>(nr % 60), 0};
     q.rstGeg = "59";
     q.qsoNr = nr;
+    q.qrb = 300 + nr * 21;
     q.rstErh = "59001";
     q.opCall = "DL1OP";
     return q;
@@ -150,8 +151,10 @@ TEST(SharedStore, ChangesMadeOnAnOldRevisionBecomeConflictsTheOperatorResolves) 
     b.store->changeRemote(uid, gone);
     EXPECT_EQ(syncOnce(*b.store, server).conflicts, 0);
     EXPECT_EQ(syncOnce(*a.store, server).conflicts, 1);
-    // A holds the server's version (the deletion) and lists its own.
+    // A holds the server's version (the deletion) and lists its own; the
+    // band's totals no longer count the QSO.
     EXPECT_TRUE(a.log.row(k144, id)->errQso);
+    EXPECT_EQ(a.log.totals(k144), (BandTotals{0, 0, 0}));
     auto c = a.store->conflicts();
     ASSERT_EQ(c.size(), 1u);
     EXPECT_EQ(c[0].mine.row.call, "DL1AAX");
@@ -161,6 +164,7 @@ TEST(SharedStore, ChangesMadeOnAnOldRevisionBecomeConflictsTheOperatorResolves) 
     EXPECT_TRUE(a.store->conflicts().empty());
     EXPECT_EQ(a.log.row(k144, id)->call, "DL1AAX");
     EXPECT_FALSE(a.log.row(k144, id)->errQso);
+    EXPECT_EQ(a.log.totals(k144), (BandTotals{321, 321, 1}));
     EXPECT_EQ(a.store->queuedCount(), 1);
     syncOnce(*a.store, server);
     syncOnce(*b.store, server);
