@@ -29,7 +29,8 @@ QString q(const std::string& s) {
 constexpr int kTitle = 1338, kPosition = 1339, kBand = 1340, kOperator = 1341, kLastQso = 1342,
               kWaiting = 1343, kKeepMine = 1344, kTakeServer = 1345, kBandHeld = 1346,
               kConflictTitle = 1347, kClose = 1348, kOnline = 1349, kOffline = 1331,
-              kConflicts = 1327, kDoubles = 1336, kHere = 1334, kServer = 1335;
+              kConflicts = 1327, kDoubles = 1336, kHere = 1334, kServer = 1335, kStation = 1354,
+              kSquares = 1355;
 } // namespace
 
 ShareBinding::ShareBinding(MainWindow& window, Capture& capture, ContestLog& log,
@@ -108,6 +109,11 @@ void ShareBinding::refresh() {
                     QString::number(store.queuedCount());
     std::set<long long> flagged;
     if (capture_.band() >= 0) {
+        // The whole station on this band: QSOs, km, ODX, large squares.
+        const StationFigures f = store.stationFigures(capture_.band());
+        state += "\n" + q(texts_(kStation)) + " " + QString::number(f.qsos) + " QSO, " +
+                 QString::number(f.km) + " km, ODX " + QString::number(f.odx) + " km, " +
+                 QString::number(f.squares) + " " + q(texts_(kSquares));
         const auto doubles = store.doubleSerials(capture_.band());
         if (!doubles.empty()) {
             QStringList nrs;

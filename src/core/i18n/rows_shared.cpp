@@ -39,6 +39,8 @@ std::span<const TextRow> sharedRows() {
         {1351, "Gemeinsames Log, Server (leer: allein):"},
         {1352, "Position:"},
         {1353, "Passwort des Servers:"},
+        {1354, "Station auf dem Band:"},
+        {1355, "Großfelder"},
     };
     return kRows;
 }

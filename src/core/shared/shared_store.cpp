@@ -336,6 +336,19 @@ std::int64_t SharedStore::highestSerial(int band) {
     return st.int64(0);
 }
 
+StationFigures SharedStore::stationFigures(int band) {
+    auto st = db_.prepare("WITH live (QRB, Square) AS (SELECT QRB, upper(substr(Locator, 1, 4)) "
+                          "FROM " +
+                          bandTable(band) +
+                          " WHERE ErrQSO = 0 UNION ALL SELECT QRB, upper(substr(Locator, 1, 4)) "
+                          "FROM ShareRemote WHERE Band = ?1 AND ErrQSO = 0) SELECT count(*), "
+                          "coalesce(sum(QRB), 0), coalesce(max(QRB), 0), count(DISTINCT Square) "
+                          "FROM live");
+    st.bind(1, band);
+    st.step();
+    return {st.int64(0), st.int64(1), st.int64(2), st.int64(3)};
+}
+
 std::vector<DoubleSerial> SharedStore::doubleSerials(int band) {
     // Read by the window twice a second: one query over the band only.
     auto st = db_.prepare(

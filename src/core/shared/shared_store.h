@@ -50,6 +50,16 @@ struct DoubleSerial {
     std::vector<std::string> uids;
 };
 
+// The whole station's figures of a band: its own live QSOs and the other
+// positions' together.
+struct StationFigures {
+    std::int64_t qsos = 0;
+    std::int64_t km = 0;      // the sum of the QRB of the live QSOs
+    std::int64_t odx = 0;     // the longest QRB
+    std::int64_t squares = 0; // distinct large squares (first four of the locator)
+    bool operator==(const StationFigures&) const = default;
+};
+
 // The count of the QSOs and a hash over ids and revisions: two sides with
 // equal digests hold the same revisions of the same QSOs.
 struct ShareDigest {
@@ -107,6 +117,7 @@ public:
     std::array<bool, kBandCount> remoteBands();
     // The highest QSO number the position knows on a band, over all positions.
     std::int64_t highestSerial(int band);
+    StationFigures stationFigures(int band);
     // Numbers that live QSOs of the band carry more than once.
     std::vector<DoubleSerial> doubleSerials(int band);
     ShareDigest digest();

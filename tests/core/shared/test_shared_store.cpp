@@ -189,6 +189,10 @@ TEST(SharedStore, OfflineSerialsContinueFromTheHighestKnownAndDoublesAreFlagged)
     b.log.setErrQso(k144, deleted, true, {});
     for (auto* p : {&a, &b, &a})
         syncOnce(*p->store, server);
+    // Both see the station's figures of the band: three live QSOs, one
+    // deleted; every locator is in the same square.
+    EXPECT_EQ(a.store->stationFigures(k144), (StationFigures{3, 321 + 342 + 342, 342, 1}));
+    EXPECT_EQ(b.store->stationFigures(k144), a.store->stationFigures(k144));
     for (auto* p : {&a, &b}) {
         auto doubles = p->store->doubleSerials(k144);
         ASSERT_EQ(doubles.size(), 1u);
