@@ -37,6 +37,7 @@ constexpr int kHere = 1334;
 constexpr int kServer = 1335;
 constexpr int kDoubles = 1336;
 constexpr int kStillWaiting = 1337;
+constexpr int kLogExists = 1356;
 
 // --server and --position, checked; the password of --password-file goes to
 // the keyring (or the password file) for the window and later runs.
@@ -151,7 +152,7 @@ int runJoin(Context& ctx, const Args& args) {
         return ctx.fail(kNotBuiltIn, kFailure);
     const auto path = ctx.paths.logFile(*name);
     if (std::filesystem::exists(path))
-        return ctx.fail(kNotShared, kRefused, path.string());
+        return ctx.fail(kLogExists, kRefused, path.string());
 #ifdef ORVANTA_HAVE_PG
     std::optional<PgServer::ContestInfo> info;
     try {

@@ -41,6 +41,7 @@ std::span<const TextRow> sharedRows() {
         {1353, "Passwort des Servers:"},
         {1354, "Station auf dem Band:"},
         {1355, "Großfelder"},
+        {1356, "Ein Log dieses Namens gibt es hier schon:"},
     };
     return kRows;
 }

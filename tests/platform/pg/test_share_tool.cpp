@@ -56,6 +56,9 @@ TEST(ShareTool, SharesJoinsSyncsAndSendsChangesAtOnce) {
     const auto joined = toolB({"join", "Field", "--server", server, "--position", "B"});
     ASSERT_EQ(joined.status, 0) << joined.err;
     EXPECT_NE(joined.out.find("\t1\n"), std::string::npos) << joined.out;
+    const auto again = toolB({"join", "Field", "--server", server, "--position", "B"});
+    EXPECT_EQ(again.status, 2);
+    EXPECT_NE(again.err.find("gibt es hier schon"), std::string::npos) << again.err;
 
     // Each change goes out with the command that made it.
     ASSERT_EQ(add(toolA, "DL2XYZ").status, 0);
