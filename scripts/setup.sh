@@ -22,6 +22,7 @@ packages=(
     librsvg2-bin desktop-file-utils appstream lintian dpkg-dev file man-db bash-completion
     pulseaudio pulseaudio-utils sox poppler-utils gnome-keyring
     libhamlib-dev libhamlib-utils gmt-gshhg-low libnetcdf-dev
+    libpq-dev postgresql
 )
 # Node.js may come from elsewhere than Debian; only a missing one is installed.
 command -v node >/dev/null 2>&1 || packages+=(nodejs)

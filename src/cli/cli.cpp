@@ -5,6 +5,7 @@
 #include <filesystem>
 
 #include "cli/help.h"
+#include "cli/share_link.h"
 #include "core/i18n/environment_language.h"
 #include "core/i18n/language.h"
 #include "core/version.h"
@@ -155,7 +156,9 @@ int runTool(const std::vector<std::string>& argv, Clock& clock, std::ostream& ou
                 languageProblem(loadChosenLanguage(ctx.texts, settings, ctx.paths.languagePath())))
             ctx.refuse(*problem);
         texts = ctx.texts;
-        return cmd.run(ctx, args);
+        const int code = cmd.run(ctx, args);
+        sendQueuedChanges(ctx);
+        return code;
     } catch (const std::exception& e) {
         err << texts(10) << ": " << e.what() << "\n";
         return kFailure;

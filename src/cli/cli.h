@@ -1,5 +1,6 @@
 #pragma once
 
+#include <filesystem>
 #include <map>
 #include <optional>
 #include <ostream>
@@ -34,6 +35,9 @@ struct Context {
     Clock& clock;
     std::ostream& out;
     std::ostream& err;
+    // The logs the command opened; a shared one sends what the command
+    // queued before the tool ends.
+    std::vector<std::filesystem::path> openedLogs{};
 
     // Prints a refusal in the program's own words and returns kRefused.
     int refuse(const Failure& f);

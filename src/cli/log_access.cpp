@@ -13,6 +13,7 @@ std::optional<OpenedLog> openNamedLog(Context& ctx, const std::string& name, int
         return std::nullopt;
     }
     Result<OpenedLog> opened = openLog(path);
+    ctx.openedLogs.push_back(path);
     if (!opened) {
         exitCode = ctx.refuse(opened.failure());
         return std::nullopt;

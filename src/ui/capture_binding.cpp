@@ -161,7 +161,7 @@ void CaptureBinding::showBand() {
     window_.logGrid().setSource(static_cast<int>(capture_.state().rows().size()), [this](int r) {
         return toRow(capture_.state().rows().at(static_cast<std::size_t>(r)));
     });
-    window_.setNextSerial(QString::fromStdString(capture_.state().nextSerial()));
+    window_.setNextSerial(QString::fromStdString(capture_.nextSerial()));
     // A duplicate panel of the band before has nothing to resolve here.
     duplicateNr_ = 0;
     showFigures();

@@ -12,8 +12,11 @@
 #include "core/i18n/texts.h"
 #include "core/logstore/bands.h"
 #include "core/settings/settings.h"
+#include "core/shared/share_address.h"
+#include "core/shared/shared_store.h"
 #include "core/util/ports.h"
 #include "core/util/text.h"
+#include "platform/net/password_store.h"
 #include "platform/qt_dialogs.h"
 
 namespace orv::ui {
@@ -77,6 +80,18 @@ LogDialog::LogDialog(Settings& settings, const AppPaths& paths, const Texts& tex
     logs_ = new QComboBox(this);
     logs_->setObjectName("Combo2");
     form->addRow(q(texts_(29)), logs_);
+    shareServer_ = new QLineEdit(this);
+    shareServer_->setObjectName("ShareServer");
+    shareServer_->setPlaceholderText("postgresql://USER@HOST:PORT/DB");
+    form->addRow(q(texts_(1351)), shareServer_);
+    sharePosition_ = new QLineEdit(this);
+    sharePosition_->setObjectName("SharePosition");
+    sharePosition_->setMaxLength(15);
+    form->addRow(q(texts_(1352)), sharePosition_);
+    sharePassword_ = new QLineEdit(this);
+    sharePassword_->setObjectName("SharePassword");
+    sharePassword_->setEchoMode(QLineEdit::Password);
+    form->addRow(q(texts_(1353)), sharePassword_);
 
     status_ = new QLabel(this);
     status_->setObjectName("Label1");
@@ -207,7 +222,36 @@ void LogDialog::refuse(const Failure& f) {
         w->setFocus(Qt::OtherFocusReason);
 }
 
+std::optional<Failure> LogDialog::shareProblem() const {
+    const std::string server = shareServer_->text().trimmed().toStdString();
+    if (server.empty())
+        return std::nullopt;
+    if (!parseShareAddress(server))
+        return orv::refuse(1320, "ShareServer", server);
+    if (!validPositionName(sharePosition_->text().trimmed().toStdString()))
+        return orv::refuse(1321, "SharePosition");
+    return std::nullopt;
+}
+
+void LogDialog::applySharing(ContestLog& log, const std::string& name) {
+    const std::string server = shareServer_->text().trimmed().toStdString();
+    const auto address = parseShareAddress(server);
+    if (!address)
+        return;
+    const std::string contest =
+        SharedStore::isShared(log.db()) ? SharedStore(log.db()).setup().contest : name;
+    SharedStore::enable(log.db(),
+                        {server, sharePosition_->text().trimmed().toStdString(), contest});
+    if (!sharePassword_->text().isEmpty())
+        PasswordStore(PasswordStore::fileIn(paths_.appPath))
+            .save(address->passwordKey(), address->user, sharePassword_->text().toStdString());
+}
+
 void LogDialog::newLog() {
+    if (auto f = shareProblem()) {
+        refuse(*f);
+        return;
+    }
     // A full disk or a file in the way shows its description; the chooser
     // stays and nothing is open.
     try {
@@ -256,6 +300,10 @@ void LogDialog::makeNewLog() {
 void LogDialog::openExisting(const QString& name) {
     if (filling_ || name.trimmed().isEmpty())
         return;
+    if (auto f = shareProblem()) {
+        refuse(*f);
+        return;
+    }
     std::optional<OpenedLog> o;
     try {
         auto opened = openLog(paths_.logFile(name.toStdString()));
@@ -284,6 +332,7 @@ void LogDialog::finish(ContestLog log, const std::string& name, std::array<bool,
     choice.modeIndex = std::max(0, mode_->currentIndex());
     choice.contest = contest_;
     saveLogChoice(settings_, choice);
+    applySharing(log, name);
 
     chosen_ = Chosen{std::move(log),
                      paths_.logFile(name).filename().string(),

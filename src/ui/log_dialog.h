@@ -70,6 +70,11 @@ private:
     void finish(ContestLog log, const std::string& name, std::array<bool, kBandCount> bands,
                 const std::string& myCall, const std::string& myLocator);
     NewLogForm form() const;
+    // The sharing fields checked; a refusal names the field.
+    std::optional<Failure> shareProblem() const;
+    // Shares the chosen log when a server is given; the password goes to the
+    // keyring.
+    void applySharing(ContestLog& log, const std::string& name);
 
     Settings& settings_;
     AppPaths paths_;
@@ -88,6 +93,10 @@ private:
     QComboBox* mode_ = nullptr;
     QComboBox* contestBox_ = nullptr;
     QComboBox* logs_ = nullptr;
+    // Sharing the contest: empty server leaves the log as it is.
+    QLineEdit* shareServer_ = nullptr;
+    QLineEdit* sharePosition_ = nullptr;
+    QLineEdit* sharePassword_ = nullptr;
     QComboBox* offset_ = nullptr;
     QLabel* status_ = nullptr;
     QPushButton* timeButton_ = nullptr;

@@ -98,6 +98,18 @@ bool LogGridModel::isDeleted(int r) const {
     return flag.compare("True", Qt::CaseInsensitive) == 0 || flag == "1" || flag == "-1";
 }
 
+void LogGridModel::setFlaggedNumbers(std::set<long long> numbers) {
+    if (numbers == flagged_)
+        return;
+    flagged_ = std::move(numbers);
+    if (count_ > 0)
+        emit dataChanged(index(0, Number), index(count_ - 1, Number), {Qt::BackgroundRole});
+}
+
+bool LogGridModel::isFlagged(int r) const {
+    return !flagged_.empty() && flagged_.count(row(r)[Number].trimmed().toLongLong()) > 0;
+}
+
 int LogGridModel::rowCount(const QModelIndex& parent) const {
     return parent.isValid() ? 0 : count_;
 }
@@ -118,6 +130,8 @@ QVariant LogGridModel::data(const QModelIndex& index, int role) const {
         // A deleted QSO keeps its call readable and paints the rest red.
         if (index.column() >= 1 && isDeleted(index.row()))
             return QBrush(QColor(255, 0, 0));
+        if (index.column() == Number && isFlagged(index.row()))
+            return QBrush(QColor(255, 165, 0));
         return {};
     default:
         return {};

@@ -5,6 +5,7 @@
 #include <array>
 #include <functional>
 #include <optional>
+#include <set>
 #include <unordered_map>
 #include <vector>
 
@@ -60,6 +61,10 @@ public:
     void updateRow(int row, Row cells);
     const Row& row(int r) const;
     bool isDeleted(int r) const;
+    // QSO numbers that two positions of a shared contest gave on the band:
+    // their number cells are marked, the numbers stay as they were sent.
+    void setFlaggedNumbers(std::set<long long> numbers);
+    bool isFlagged(int r) const;
 
     int rowCount(const QModelIndex& parent = {}) const override;
     int columnCount(const QModelIndex& parent = {}) const override;
@@ -73,6 +78,7 @@ private:
     mutable std::unordered_map<int, Row> made_;
     std::function<Row(int)> source_;
     QStringList headers_;
+    std::set<long long> flagged_;
 };
 
 } // namespace orv::ui

@@ -7,12 +7,16 @@
 #include "core/capture/capture.h"
 #include "core/i18n/environment_language.h"
 #include "core/i18n/language.h"
+#include "core/shared/share_address.h"
+#include "core/shared/shared_store.h"
 #include "core/util/ports.h"
 #include "core/util/text.h"
+#include "platform/net/password_store.h"
 #include "ui/captions.h"
 #include "ui/capture_binding.h"
 #include "ui/features.h"
 #include "ui/main_window.h"
+#include "ui/share_binding.h"
 
 namespace orv::ui {
 namespace {
@@ -39,6 +43,7 @@ Startup::Startup(std::filesystem::path dataFolder, Dialogs& dialogs, Clock& cloc
 Startup::~Startup() {
     // The binding goes first, while the window and the capture it binds
     // are still whole.
+    share_.reset();
     delete binding_;
     binding_ = nullptr;
     window_.reset();
@@ -194,6 +199,8 @@ void Startup::bindLog() {
     capture_->afterChange = [this] {
         if (afterLogChange)
             afterLogChange();
+        if (share_)
+            share_->nudge();
     };
     binding_ = new CaptureBinding(*window_, *capture_, log_->log, beeper_, texts_, dialogs_,
                                   settings_.get());
@@ -205,6 +212,14 @@ void Startup::bindLog() {
         endProgram();
     });
     window_->setWindowTitle(q("OrvantaContest - [" + log_->logFile + "]"));
+    if (SharedStore::isShared(log_->log.db())) {
+        const auto address = parseShareAddress(SharedStore(log_->log.db()).setup().server);
+        const std::string password = address ? PasswordStore(PasswordStore::fileIn(paths_.appPath))
+                                                   .load(address->passwordKey(), address->user)
+                                                   .value_or("")
+                                             : std::string();
+        share_ = std::make_unique<ShareBinding>(*window_, *capture_, log_->log, texts_, password);
+    }
 }
 
 void Startup::changeLog() {
@@ -225,6 +240,7 @@ void Startup::changeLog() {
                            o.contest,
                            o.bandsWithQsos};
     // The capture lets go of the old log before the new one takes its place.
+    share_.reset();
     delete binding_;
     binding_ = nullptr;
     capture_.reset();

@@ -24,6 +24,7 @@ class Dialogs;
 namespace orv::ui {
 
 class CaptureBinding;
+class ShareBinding;
 class MainWindow;
 
 // The start of the program in its fixed order: one instance only, the data
@@ -64,6 +65,7 @@ public:
     ContestData* contest() { return log_ ? &log_->contest : nullptr; }
 
     CaptureBinding* binding() { return binding_; }
+    ShareBinding* share() { return share_.get(); }
     // The file name of the open log, with its ending.
     std::string logFile() const { return log_ ? log_->logFile : std::string(); }
     // Called after every stored change of the open log, whichever log it is.
@@ -106,6 +108,8 @@ private:
     std::optional<LogDialog::Chosen> log_;
     std::unique_ptr<Capture> capture_;
     CaptureBinding* binding_ = nullptr;
+    // Only for a shared log; it lets go of the capture before the capture goes.
+    std::unique_ptr<ShareBinding> share_;
     bool endedWithoutSaving_ = false;
 };
 

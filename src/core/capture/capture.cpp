@@ -1,5 +1,6 @@
 #include "core/capture/capture.h"
 
+#include <algorithm>
 #include <cmath>
 
 #include "core/capture/capture_checks.h"
@@ -47,6 +48,8 @@ std::optional<QsoRow> Capture::rowForCommit(const EntryRow& row, Failure& failur
     }
     const std::optional<DateTime> panelDate = c.date;
     std::int64_t serial = state_.LastQSONr + 1;
+    if (others_)
+        serial = std::max(serial, others_->highestSerial(state_.band()) + 1);
     if (!text::trim(row.serial).empty()) {
         if (!text::isInteger(text::trim(row.serial)) || text::leadingInt(row.serial) < 1) {
             failure = refuse(225, "Text5");
@@ -112,7 +115,7 @@ CommitResult Capture::Uebernehmen(EntryRow& row) {
     lastLocator_ = q->locator;
 
     clearEntry(row);
-    row.serial = state_.nextSerial();
+    row.serial = nextSerial();
     result.kind = CommitResult::Kind::Stored;
     result.stored = std::move(grid);
     changed();

@@ -96,6 +96,18 @@ struct EditRow {
 // The capture's settings from the settings file and the log's `MyData`.
 CaptureConfig captureConfigFrom(class Settings& settings, const MyDataRow& myData);
 
+// The QSOs of the station's other positions when the contest is shared:
+// they count for duplicates, for worked-before on the other bands and for
+// the next serial; the band's rows and totals stay this position's own.
+class OtherPositions {
+public:
+    virtual ~OtherPositions() = default;
+    // The first live QSO of the call (upper case, trimmed) on the band.
+    virtual std::optional<QsoRow> liveQso(int band, std::string_view call) = 0;
+    // The highest QSO number the other positions gave on the band.
+    virtual std::int64_t highestSerial(int band) = 0;
+};
+
 class Capture {
 public:
     Capture(ContestLog& log, CaptureConfig config, Clock& clock, Dialogs& dialogs,
@@ -143,6 +155,12 @@ public:
     bool holds(int band) const;
     // What the held bands, the selected one included, take in memory.
     std::size_t heldBytes() const;
+
+    // Shares duplicates and serials with the other positions; nullptr alone.
+    void setOtherPositions(OtherPositions* others) { others_ = others; }
+    // The serial the next QSO of the selected band gets: after the band's
+    // last, and after the other positions' last when shared.
+    std::string nextSerial() const;
 
     // Log time: the computer's clock plus `ZeitPlusMinus` hours.
     DateTime logNow() const;
@@ -259,6 +277,7 @@ private:
     WorkedBands worked_;
     std::array<bool, kBandCount> workedFresh_{};
     std::string lastCall_, lastLocator_;
+    OtherPositions* others_ = nullptr;
 };
 
 } // namespace orv

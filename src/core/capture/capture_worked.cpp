@@ -2,6 +2,7 @@
 // `WorkAlso` over the other bands, and the marks of the lookup list.
 #include "core/capture/capture.h"
 
+#include <algorithm>
 #include <cmath>
 
 #include "core/capture/capture_checks.h"
@@ -48,6 +49,9 @@ std::optional<DuplicatePanel> Capture::CallExistTest(std::string_view call) {
             return std::nullopt;
         return panelOf(q);
     }
+    if (others_)
+        if (auto q = others_->liveQso(state_.band(), key))
+            return panelOf(*q);
     return std::nullopt;
 }
 
@@ -71,17 +75,28 @@ WorkedBands::Bands Capture::workedBands(std::string_view call) {
     return worked_.of(call);
 }
 
+std::string Capture::nextSerial() const {
+    std::int64_t last = state_.LastQSONr;
+    if (others_ && state_.band() >= 0)
+        last = std::max(last, others_->highestSerial(state_.band()));
+    return entry::formatSerial(last + 1);
+}
+
 std::vector<WorkedOnBand> Capture::WorkAlso(std::string_view call) {
     std::vector<WorkedOnBand> out;
     const std::string c = text::upper(text::trim(call));
     for (int b = 0; b < kBandCount; ++b) {
         if (b == state_.band())
             continue;
-        const auto rows = log_.rowsByCall(b, c);
+        auto rows = log_.rowsByCall(b, c);
         // Only the first row in index order is looked at: a deleted first row
         // hides a live one behind it.
-        if (rows.empty() || rows.front().call != c || rows.front().errQso)
-            continue;
+        if (rows.empty() || rows.front().call != c || rows.front().errQso) {
+            auto other = others_ ? others_->liveQso(b, c) : std::nullopt;
+            if (!other)
+                continue;
+            rows = {*other};
+        }
         const QsoRow& q = rows.front();
         out.push_back(WorkedOnBand{b,
                                    {std::string(orv::band(b).boxText), q.call, q.locator, q.rstGeg,

@@ -2,9 +2,48 @@
 
 namespace orv {
 
-// Rows 1320-1369; none taken yet.
+// Rows 1320-1369: a contest shared by several positions.
 std::span<const TextRow> sharedRows() {
-    return {};
+    static constexpr TextRow kRows[] = {
+        {1320, "Ungültige Server-Adresse, erwartet postgresql://BENUTZER@HOST:PORT/DATENBANK:"},
+        {1321, "Ungültiger Positionsname (1 bis 15 Buchstaben, Ziffern, - oder _):"},
+        {1322, "Log-Server nicht erreichbar:"},
+        {1323, "Der Log-Server führt das gemeinsame Log in einer anderen Version; dieses Programm "
+               "schreibt nicht hinein. Version auf dem Server:"},
+        {1324, "Das Log ist nicht gemeinsam:"},
+        {1325, "Wartende QSOs:"},
+        {1326, "Letzte Verbindung zum Server:"},
+        {1327, "Konflikte:"},
+        {1328, "Der Wettbewerb ist auf dem Server nicht bekannt:"},
+        {1329, "Gesendet:"},
+        {1330, "Empfangen:"},
+        {1331, "offline"},
+        {1332, "Dieses Programm wurde ohne PostgreSQL-Anbindung gebaut."},
+        {1333, "noch nie"},
+        {1334, "hier"},
+        {1335, "Server"},
+        {1336, "Doppelte Nummern:"},
+        {1337, "Log-Server nicht erreichbar; die Änderungen warten im Log:"},
+        {1338, "Positionen"},
+        {1339, "Position"},
+        {1340, "Band"},
+        {1341, "Operator"},
+        {1342, "Letztes QSO"},
+        {1343, "Wartend"},
+        {1344, "Meine Fassung behalten"},
+        {1345, "Fassung des Servers nehmen"},
+        {1346, "Dieses Band hält schon die Position:"},
+        {1347, "Konflikte des gemeinsamen Logs"},
+        {1348, "Schließen"},
+        {1349, "online"},
+        {1351, "Gemeinsames Log, Server (leer: allein):"},
+        {1352, "Position:"},
+        {1353, "Passwort des Servers:"},
+        {1354, "Station auf dem Band:"},
+        {1355, "Großfelder"},
+        {1356, "Ein Log dieses Namens gibt es hier schon:"},
+    };
+    return kRows;
 }
 
 } // namespace orv

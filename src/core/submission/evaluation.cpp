@@ -8,6 +8,7 @@
 
 #include "core/logstore/contest_log.h"
 #include "core/reference/country_list.h"
+#include "core/shared/shared_store.h"
 #include "core/util/sqlite.h"
 #include "core/util/text.h"
 
@@ -194,7 +195,7 @@ Evaluation evaluate(ContestLog& log, int b, const CountryList* countries) {
     ev.multiplier = my.zaehl[static_cast<std::size_t>(b)].value_or(1);
     ev.bandsWithQsos = log.bandsWithQsos();
 
-    log.forEachRow(b, LogIndex::QSONr, [&](const QsoRow& q) {
+    auto visit = [&](const QsoRow& q) {
         EvalRow row{cellsOf(q, ev.multiplier), false, q.freqHz};
         if (!row.cells[evalcol::Info].empty())
             ++ev.dupes;
@@ -215,14 +216,45 @@ Evaluation evaluate(ContestLog& log, int b, const CountryList* countries) {
         }
         ev.rows.push_back(std::move(row));
         return true;
-    });
+    };
+    // A shared contest is evaluated for the whole station: the own rows and
+    // the other positions' QSOs held in the log file, in QSONr order.
+    const bool shared = SharedStore::isShared(log.db());
+    if (shared) {
+        std::vector<QsoRow> all = log.rows(b);
+        for (auto& s : SharedStore(log.db()).remoteQsos(b))
+            all.push_back(std::move(s.row));
+        std::stable_sort(all.begin(), all.end(),
+                         [](const QsoRow& x, const QsoRow& y) { return x.qsoNr < y.qsoNr; });
+        for (const auto& q : all)
+            visit(q);
+        const auto remote = SharedStore(log.db()).remoteBands();
+        for (std::size_t i = 0; i < remote.size(); ++i)
+            ev.bandsWithQsos[i] = ev.bandsWithQsos[i] || remote[i];
+    } else {
+        log.forEachRow(b, LogIndex::QSONr, visit);
+    }
 
     ev.qsos = static_cast<std::int64_t>(ev.rows.size()) - ev.deleted;
     // Per QSO in points, duplicates included; a band of only deleted rows
     // has no points and so no division.
     ev.kmPerQso = (ev.points > 0 && ev.qsos > 0) ? ev.points / ev.qsos : 0;
 
-    const StoredOdx stored = readStoredOdx(log, b);
+    StoredOdx stored = readStoredOdx(log, b);
+    if (shared) {
+        // The station's ODX: `MyData` knows only this position's.
+        stored = {};
+        std::int64_t best = 0;
+        for (const auto& r : ev.rows)
+            if (!r.deleted()) {
+                const auto points = text::leadingInt(r.cells[evalcol::Punkte]);
+                if (points > best && ev.multiplier != 0) {
+                    best = points;
+                    stored.odx = points / ev.multiplier;
+                    stored.odxNr = text::leadingInt(r.cells[evalcol::Nr]);
+                }
+            }
+    }
     ev.odx = stored.odx ? *stored.odx * ev.multiplier : 0;
     if (stored.odxNr) {
         const std::string nr = std::to_string(*stored.odxNr);

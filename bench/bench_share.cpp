@@ -1,0 +1,218 @@
+// A shared contest of five positions on a real PostgreSQL server, each
+// through a proxy of its own: what a commit costs at a position (against the
+// same commit on a log alone, in the same run), how soon a QSO shows at the
+// others, and how long a position with 200 queued QSOs needs to be in sync
+// once its link is back.
+
+#include <benchmark/benchmark.h>
+
+#include <algorithm>
+#include <atomic>
+#include <chrono>
+#include <memory>
+#include <thread>
+#include <vector>
+
+#include "core/logstore/contest_log.h"
+#include "core/shared/shared_store.h"
+#include "platform/pg/pg_share_worker.h"
+#include "support/fault_proxy.h"
+#include "support/pg_cluster.h"
+#include "support/temp_dir.h"
+
+namespace orv {
+namespace {
+
+using Clock = std::chrono::steady_clock;
+constexpr int k144 = 1;
+constexpr int kPositions = 5;
+
+QsoRow qso(std::int64_t nr) {
+    QsoRow q;
+    q.call =
+        "DL" + std::to_string(nr % 10) + "B" + std::string(1, static_cast<char>('A' + nr % 26));
+    q.locator = "JO62QM";
+    q.qrg = 144;
+    q.datTime = DateTime{2026, 6, 6, 14, 0, 0};
+    q.rstGeg = "59";
+    q.qsoNr = nr;
+    q.rstErh = "59001";
+    return q;
+}
+
+ShareWorkerTiming timing() {
+    ShareWorkerTiming t;
+    t.fileCheckMs = 50;
+    t.firstRetryMs = 100;
+    t.longestRetryMs = 1000;
+    return t;
+}
+
+struct Position {
+    std::filesystem::path file;
+    std::unique_ptr<test::FaultProxy> proxy;
+    std::unique_ptr<ContestLog> log;
+    std::unique_ptr<PgShareWorker> worker;
+};
+
+// The station: server, five positions with their workers running.
+struct Station {
+    test::PgCluster pg;
+    test::TempDir dir;
+    std::vector<Position> positions;
+    Station() {
+        for (int i = 0; i < kPositions; ++i) {
+            Position p;
+            p.file = dir / ("P" + std::to_string(i) + ".sqlite");
+            p.proxy = std::make_unique<test::FaultProxy>(pg.port());
+            p.log = std::make_unique<ContestLog>(
+                ContestLog::create(p.file, NewLogData{"DL0ABC", "JO62QM", "Bench"}));
+            SharedStore::enable(p.log->db(),
+                                {pg.address(p.proxy->port()), "P" + std::to_string(i), "Bench"});
+            p.worker = std::make_unique<PgShareWorker>(p.file, "", timing());
+            p.worker->start();
+            positions.push_back(std::move(p));
+        }
+    }
+    std::int64_t cached(int i) {
+        auto st = positions[static_cast<std::size_t>(i)].log->db().prepare(
+            "SELECT count(*) FROM ShareRemote");
+        st.step();
+        return st.int64(0);
+    }
+};
+
+void percentiles(benchmark::State& state, std::vector<double> ms) {
+    std::sort(ms.begin(), ms.end());
+    if (ms.empty())
+        return;
+    auto at = [&](double p) {
+        return ms[std::min(ms.size() - 1,
+                           static_cast<std::size_t>(p * static_cast<double>(ms.size())))];
+    };
+    state.counters["p50_ms"] = at(0.5);
+    state.counters["p99_ms"] = at(0.99);
+    state.counters["max_ms"] = ms.back();
+}
+
+// The baseline: the same commit on a log that is not shared.
+void BM_CommitAlone(benchmark::State& state) {
+    test::TempDir dir;
+    ContestLog log = ContestLog::create(dir / "Alone.sqlite", NewLogData{"DL0ABC", "JO62QM", "B"});
+    std::int64_t nr = 0;
+    std::vector<double> ms;
+    for (auto _ : state) {
+        const auto t0 = Clock::now();
+        log.addQso(k144, qso(++nr), {});
+        ms.push_back(std::chrono::duration<double, std::milli>(Clock::now() - t0).count());
+    }
+    percentiles(state, ms);
+}
+BENCHMARK(BM_CommitAlone)->Iterations(300)->UseRealTime()->Unit(benchmark::kMillisecond);
+
+// The same commit on a shared log with no link: the triggers' part.
+void BM_CommitSharedOffline(benchmark::State& state) {
+    test::TempDir dir;
+    ContestLog log = ContestLog::create(dir / "Off.sqlite", NewLogData{"DL0ABC", "JO62QM", "B"});
+    SharedStore::enable(log.db(), {"postgresql://u@127.0.0.1:1/db", "P", "B"});
+    std::int64_t nr = 0;
+    std::vector<double> ms;
+    for (auto _ : state) {
+        const auto t0 = Clock::now();
+        log.addQso(k144, qso(++nr), {});
+        ms.push_back(std::chrono::duration<double, std::milli>(Clock::now() - t0).count());
+    }
+    percentiles(state, ms);
+}
+BENCHMARK(BM_CommitSharedOffline)->Iterations(300)->UseRealTime()->Unit(benchmark::kMillisecond);
+
+// A commit at position 0 while the four others log every 50 ms and every
+// worker sends and fetches.
+void BM_CommitSharedWhileFiveLog(benchmark::State& state) {
+    Station st;
+    std::atomic<bool> stop{false};
+    std::vector<std::thread> others;
+    for (int i = 1; i < kPositions; ++i)
+        others.emplace_back([&, i] {
+            ContestLog log =
+                ContestLog::open(st.positions[static_cast<std::size_t>(i)].file).value();
+            std::int64_t nr = 1000 * i;
+            while (!stop) {
+                log.addQso(k144, qso(++nr), {});
+                st.positions[static_cast<std::size_t>(i)].worker->nudge();
+                std::this_thread::sleep_for(std::chrono::milliseconds(50));
+            }
+        });
+    auto& p = st.positions[0];
+    std::int64_t nr = 0;
+    std::vector<double> ms;
+    for (auto _ : state) {
+        const auto t0 = Clock::now();
+        p.log->addQso(k144, qso(++nr), {});
+        ms.push_back(std::chrono::duration<double, std::milli>(Clock::now() - t0).count());
+        p.worker->nudge();
+    }
+    stop = true;
+    for (auto& t : others)
+        t.join();
+    percentiles(state, ms);
+}
+BENCHMARK(BM_CommitSharedWhileFiveLog)
+    ->Iterations(300)
+    ->UseRealTime()
+    ->Unit(benchmark::kMillisecond);
+
+// From the commit at position 0 until all four others hold the QSO in their
+// cache.
+void BM_QsoShowsAtTheOthers(benchmark::State& state) {
+    Station st;
+    std::int64_t nr = 0;
+    std::vector<double> ms;
+    for (auto _ : state) {
+        std::vector<std::int64_t> before;
+        for (int i = 1; i < kPositions; ++i)
+            before.push_back(st.cached(i));
+        const auto t0 = Clock::now();
+        st.positions[0].log->addQso(k144, qso(++nr), {});
+        st.positions[0].worker->nudge();
+        for (int i = 1; i < kPositions; ++i)
+            while (st.cached(i) == before[static_cast<std::size_t>(i - 1)] &&
+                   Clock::now() - t0 < std::chrono::seconds(10))
+                std::this_thread::sleep_for(std::chrono::microseconds(500));
+        ms.push_back(std::chrono::duration<double, std::milli>(Clock::now() - t0).count());
+    }
+    percentiles(state, ms);
+}
+BENCHMARK(BM_QsoShowsAtTheOthers)->Iterations(100)->UseRealTime()->Unit(benchmark::kMillisecond);
+
+// Position 0 cut off (connections reset) while it logs 200 QSOs; then the
+// link comes back: time until its outbox is empty and the others hold all.
+void BM_CatchUpAfterOutage(benchmark::State& state) {
+    for (auto _ : state) {
+        Station st;
+        auto& p = st.positions[0];
+        p.proxy->reset();
+        std::this_thread::sleep_for(std::chrono::milliseconds(300));
+        for (int n = 1; n <= 200; ++n)
+            p.log->addQso(k144, qso(n), {});
+        p.proxy->pass();
+        p.worker->nudge();
+        const auto t0 = Clock::now();
+        bool done = false;
+        while (!done && Clock::now() - t0 < std::chrono::seconds(60)) {
+            done = SharedStore(p.log->db()).queuedCount() == 0;
+            for (int i = 1; i < kPositions && done; ++i)
+                done = st.cached(i) == 200;
+            if (!done)
+                std::this_thread::sleep_for(std::chrono::milliseconds(5));
+        }
+        state.SetIterationTime(std::chrono::duration<double>(Clock::now() - t0).count());
+        state.counters["synced"] = done ? 1 : 0;
+    }
+}
+BENCHMARK(BM_CatchUpAfterOutage)->Iterations(3)->UseManualTime()->Unit(benchmark::kMillisecond);
+
+} // namespace
+} // namespace orv
+
+BENCHMARK_MAIN();

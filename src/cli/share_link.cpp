@@ -1,0 +1,89 @@
+#include "cli/share_link.h"
+
+#include "core/shared/shared_store.h"
+#include "core/util/sqlite.h"
+#include "platform/net/password_store.h"
+
+#ifdef ORVANTA_HAVE_PG
+#include "platform/pg/pg_server.h"
+#include "platform/pg/pg_share_worker.h"
+#endif
+
+namespace orv::cli {
+
+namespace {
+constexpr int kInvalidAddress = 1320;
+constexpr int kUnreachable = 1322;
+constexpr int kOtherSchema = 1323;
+constexpr int kNotBuiltIn = 1332;
+constexpr int kStillWaiting = 1337;
+} // namespace
+
+bool sharingBuiltIn() {
+#ifdef ORVANTA_HAVE_PG
+    return true;
+#else
+    return false;
+#endif
+}
+
+std::string sharePassword(Context& ctx, const ShareAddress& a) {
+    return PasswordStore(PasswordStore::fileIn(ctx.paths.appPath))
+        .load(a.passwordKey(), a.user)
+        .value_or("");
+}
+
+ShareRound shareRound(Context& ctx, const std::filesystem::path& path) {
+    ShareRound r;
+    sql::Db db(path.string(), sql::Db::Mode::ReadWrite);
+    db.setDurable();
+    SharedStore store(db);
+    const ShareSetup setup = store.setup();
+    const auto address = parseShareAddress(setup.server);
+    if (!address) {
+        r.textRow = kInvalidAddress;
+        r.detail = setup.server;
+        return r;
+    }
+#ifdef ORVANTA_HAVE_PG
+    PgServer server(setup.server, sharePassword(ctx, *address), setup.contest, PgTimeouts{2, 2000});
+    try {
+        r.report = syncOnce(store, server);
+        store.noteContact(nowAsStored());
+        r.reached = true;
+    } catch (const SharedSchemaError& e) {
+        r.textRow = kOtherSchema;
+        r.detail = std::to_string(e.found());
+    } catch (const SharedServerError& e) {
+        r.textRow = kUnreachable;
+        r.detail = address->host + ":" + std::to_string(address->port) + ": " + e.what();
+    }
+#else
+    (void)ctx;
+    r.textRow = kNotBuiltIn;
+#endif
+    return r;
+}
+
+void sendQueuedChanges(Context& ctx) {
+    for (const auto& path : ctx.openedLogs) {
+        try {
+            {
+                sql::Db db(path.string(), sql::Db::Mode::ReadWrite);
+                if (!SharedStore::isShared(db) || SharedStore(db).queuedCount() == 0)
+                    continue;
+            }
+            const ShareRound r = shareRound(ctx, path);
+            if (!r.reached) {
+                sql::Db db(path.string(), sql::Db::Mode::ReadOnly);
+                ctx.err << ctx.texts(kStillWaiting) << " " << SharedStore(db).queuedCount() << " ("
+                        << ctx.texts(r.textRow) << " " << r.detail << ")\n";
+            }
+        } catch (const std::exception& e) {
+            ctx.err << ctx.texts(kStillWaiting) << " " << e.what() << "\n";
+        }
+    }
+    ctx.openedLogs.clear();
+}
+
+} // namespace orv::cli

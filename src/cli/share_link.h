@@ -1,0 +1,38 @@
+#pragma once
+
+// The tool's exchange with a shared contest's server: one bounded round, and
+// the sending of what a command queued before the tool ends.
+
+#include <filesystem>
+#include <optional>
+#include <string>
+
+#include "cli/cli.h"
+#include "core/shared/share_address.h"
+#include "core/shared/shared_sync.h"
+
+namespace orv::cli {
+
+struct ShareRound {
+    bool reached = false;
+    SyncReport report;
+    // What stopped it, in the program's words (text row and detail).
+    int textRow = 0;
+    std::string detail;
+};
+
+// Whether the tool can reach a server at all (built with libpq).
+bool sharingBuiltIn();
+
+// The password kept for the address; empty when none.
+std::string sharePassword(Context& ctx, const ShareAddress& address);
+
+// One round for the log at `path` (shared): send, fetch, note the contact.
+// Gives up within a few seconds.
+ShareRound shareRound(Context& ctx, const std::filesystem::path& path);
+
+// Sends what the commands of this run queued in the shared logs they opened;
+// says on stderr what stays waiting. Never changes the exit status.
+void sendQueuedChanges(Context& ctx);
+
+} // namespace orv::cli

@@ -1,0 +1,203 @@
+#include "ui/share_binding.h"
+
+#include <QDialog>
+#include <QDialogButtonBox>
+#include <QDockWidget>
+#include <QHeaderView>
+#include <QLabel>
+#include <QPushButton>
+#include <QTableWidget>
+#include <QTimer>
+#include <QVBoxLayout>
+#include <set>
+
+#include "core/capture/capture.h"
+#include "core/i18n/texts.h"
+#include "core/logstore/bands.h"
+#include "core/shared/shared_store.h"
+#include "platform/pg/pg_share_worker.h"
+#include "ui/log_grid_model.h"
+#include "ui/main_window.h"
+
+namespace orv::ui {
+
+namespace {
+QString q(const std::string& s) {
+    return QString::fromStdString(s);
+}
+
+constexpr int kTitle = 1338, kPosition = 1339, kBand = 1340, kOperator = 1341, kLastQso = 1342,
+              kWaiting = 1343, kKeepMine = 1344, kTakeServer = 1345, kBandHeld = 1346,
+              kConflictTitle = 1347, kClose = 1348, kOnline = 1349, kOffline = 1331,
+              kConflicts = 1327, kDoubles = 1336, kHere = 1334, kServer = 1335, kStation = 1354,
+              kSquares = 1355;
+} // namespace
+
+ShareBinding::ShareBinding(MainWindow& window, Capture& capture, ContestLog& log,
+                           const Texts& texts, const std::string& password)
+    : window_(window), capture_(capture), log_(log), texts_(texts), view_(log.db()) {
+    setObjectName("ShareBinding");
+    position_ = SharedStore(log.db()).setup().position;
+    capture_.setOtherPositions(&view_);
+
+    dock_ = new QDockWidget(q(texts_(kTitle)), &window_);
+    dock_->setObjectName("SharePanel");
+    auto* body = new QWidget(dock_);
+    auto* layout = new QVBoxLayout(body);
+    positions_ = new QTableWidget(0, 5, body);
+    positions_->setObjectName("SharePositions");
+    positions_->setHorizontalHeaderLabels({q(texts_(kPosition)), q(texts_(kBand)),
+                                           q(texts_(kOperator)), q(texts_(kLastQso)),
+                                           q(texts_(kWaiting))});
+    positions_->verticalHeader()->hide();
+    positions_->setEditTriggers(QAbstractItemView::NoEditTriggers);
+    positions_->setFocusPolicy(Qt::NoFocus);
+    state_ = new QLabel(body);
+    state_->setObjectName("ShareState");
+    conflicts_ = new QPushButton(body);
+    conflicts_->setObjectName("ShareConflicts");
+    conflicts_->setFocusPolicy(Qt::NoFocus);
+    layout->addWidget(positions_);
+    layout->addWidget(state_);
+    layout->addWidget(conflicts_);
+    dock_->setWidget(body);
+    window_.addDockWidget(Qt::BottomDockWidgetArea, dock_);
+    connect(conflicts_, &QPushButton::clicked, this, &ShareBinding::showConflicts);
+    connect(&window_, &MainWindow::bandChanged, this, &ShareBinding::bandChosen);
+
+    worker_ = std::make_unique<PgShareWorker>(log.path(), password);
+    worker_->start();
+    timer_ = new QTimer(this);
+    timer_->setObjectName("ShareTimer");
+    connect(timer_, &QTimer::timeout, this, &ShareBinding::refresh);
+    timer_->start(500);
+    refresh();
+}
+
+ShareBinding::~ShareBinding() {
+    capture_.setOtherPositions(nullptr);
+    worker_.reset();
+    delete dock_;
+}
+
+void ShareBinding::nudge() {
+    worker_->nudge();
+}
+
+void ShareBinding::refresh() {
+    const ShareStatus st = worker_->status();
+    positions_->setRowCount(static_cast<int>(st.positions.size()));
+    int r = 0;
+    for (const auto& p : st.positions) {
+        const bool offline =
+            p.secondsSinceSeen > kOfflineSeconds || (p.position == position_ && !st.online);
+        const QStringList cells{
+            q(p.position), p.band >= 0 ? q(std::string(band(p.band).boxText)) : QString(),
+            q(p.opCall),
+            q(p.lastCall + " " + p.lastTime.substr(std::min<std::size_t>(11, p.lastTime.size()))),
+            offline ? q(texts_(kOffline)) : QString::number(p.queued)};
+        for (int c = 0; c < cells.size(); ++c) {
+            auto* item = positions_->item(r, c);
+            if (!item)
+                positions_->setItem(r, c, item = new QTableWidgetItem);
+            item->setText(cells[c]);
+        }
+        ++r;
+    }
+    SharedStore store(log_.db());
+    QString state = q(texts_(st.online ? kOnline : kOffline)) + "  " + q(texts_(kWaiting)) + ": " +
+                    QString::number(store.queuedCount());
+    std::set<long long> flagged;
+    if (capture_.band() >= 0) {
+        // The whole station on this band: QSOs, km, ODX, large squares.
+        const StationFigures f = store.stationFigures(capture_.band());
+        state += "\n" + q(texts_(kStation)) + " " + QString::number(f.qsos) + " QSO, " +
+                 QString::number(f.km) + " km, ODX " + QString::number(f.odx) + " km, " +
+                 QString::number(f.squares) + " " + q(texts_(kSquares));
+        const auto doubles = store.doubleSerials(capture_.band());
+        if (!doubles.empty()) {
+            QStringList nrs;
+            for (const auto& d : doubles) {
+                nrs << QString::number(d.qsoNr);
+                flagged.insert(d.qsoNr);
+            }
+            state += "  " + q(texts_(kDoubles)) + " " + nrs.join(", ");
+        }
+    }
+    window_.logGrid().setFlaggedNumbers(std::move(flagged));
+    if (!st.online && !st.lastError.empty())
+        state += "\n" + q(st.lastError);
+    state_->setText(state);
+    const auto count = store.conflicts().size();
+    conflicts_->setText(q(texts_(kConflicts)) + " " + QString::number(count));
+    conflicts_->setEnabled(count > 0);
+}
+
+void ShareBinding::bandChosen(int b) {
+    QStringList holders;
+    for (const auto& p : worker_->status().positions)
+        if (p.position != position_ && p.band == b && p.secondsSinceSeen <= kOfflineSeconds)
+            holders << q(p.position);
+    if (!holders.isEmpty())
+        window_.showStatus(q(texts_(kBandHeld)) + " " + holders.join(", "));
+}
+
+void ShareBinding::showConflicts() {
+    QDialog dialog(&window_);
+    dialog.setObjectName("ShareConflictList");
+    dialog.setWindowTitle(q(texts_(kConflictTitle)));
+    auto* layout = new QVBoxLayout(&dialog);
+    auto* table = new QTableWidget(0, 4, &dialog);
+    table->setObjectName("ShareConflictTable");
+    table->setHorizontalHeaderLabels(
+        {q(texts_(kBand)), q(texts_(kHere)), q(texts_(kServer)), q(texts_(kPosition))});
+    table->setSelectionBehavior(QAbstractItemView::SelectRows);
+    table->setEditTriggers(QAbstractItemView::NoEditTriggers);
+    auto* buttons = new QDialogButtonBox(&dialog);
+    auto* keep = buttons->addButton(q(texts_(kKeepMine)), QDialogButtonBox::ActionRole);
+    keep->setObjectName("ShareKeepMine");
+    auto* take = buttons->addButton(q(texts_(kTakeServer)), QDialogButtonBox::ActionRole);
+    take->setObjectName("ShareTakeServer");
+    auto* close = buttons->addButton(q(texts_(kClose)), QDialogButtonBox::RejectRole);
+    close->setObjectName("ShareClose");
+    layout->addWidget(table);
+    layout->addWidget(buttons);
+    auto describe = [](const SharedQso& s) {
+        return q(s.row.call + " " + std::to_string(s.row.qsoNr) + " " + s.row.locator +
+                 (s.row.errQso ? " ErrQSO" : ""));
+    };
+    std::vector<ShareConflict> list;
+    auto fill = [&] {
+        list = SharedStore(log_.db()).conflicts();
+        table->setRowCount(static_cast<int>(list.size()));
+        for (int i = 0; i < static_cast<int>(list.size()); ++i) {
+            const auto& c = list[static_cast<std::size_t>(i)];
+            const QStringList cells{q(std::string(band(c.mine.band).boxText)), describe(c.mine),
+                                    describe(c.server), q(c.server.position)};
+            for (int k = 0; k < cells.size(); ++k)
+                table->setItem(i, k, new QTableWidgetItem(cells[k]));
+        }
+        if (!list.empty())
+            table->selectRow(0);
+    };
+    auto resolve = [&](bool mine) {
+        const int row = table->currentRow();
+        if (row < 0 || row >= static_cast<int>(list.size()))
+            return;
+        SharedStore store(log_.db());
+        if (mine)
+            store.keepMine(list[static_cast<std::size_t>(row)].id);
+        else
+            store.takeServer(list[static_cast<std::size_t>(row)].id);
+        worker_->nudge();
+        fill();
+        refresh();
+    };
+    connect(keep, &QPushButton::clicked, &dialog, [&] { resolve(true); });
+    connect(take, &QPushButton::clicked, &dialog, [&] { resolve(false); });
+    connect(close, &QPushButton::clicked, &dialog, &QDialog::reject);
+    fill();
+    dialog.exec();
+}
+
+} // namespace orv::ui
