@@ -72,7 +72,16 @@ WorkedBands::Bands Capture::workedBands(std::string_view call) {
             worked_.setBand(b, log_.rows(b));
         workedFresh_[i] = true;
     }
-    return worked_.of(call);
+    WorkedBands::Bands bands = worked_.of(call);
+    // Other positions of a shared contest count as the log of the station.
+    if (others_) {
+        const std::string key = text::upper(text::trim(call));
+        for (int b = 0; b < kBandCount; ++b)
+            if (!bands.test(static_cast<std::size_t>(b)) && !key.empty() &&
+                others_->liveQso(b, key))
+                bands.set(static_cast<std::size_t>(b));
+    }
+    return bands;
 }
 
 std::string Capture::nextSerial() const {

@@ -47,6 +47,9 @@ void createTables(sql::Db& db) {
             "NULL, Position TEXT NOT NULL, Rev INTEGER NOT NULL, ChangeNo INTEGER NOT NULL, " +
             qsoColumnDecls() + ")");
     db.exec("CREATE INDEX IF NOT EXISTS ShareRemote_Band ON ShareRemote (Band, QSONr)");
+    // The duplicate check and the worked-bands look-up ask by band and call
+    // on every typed call: the same expression as their query.
+    db.exec("CREATE INDEX IF NOT EXISTS ShareRemote_Call ON ShareRemote (Band, upper(trim(Call)))");
     db.exec("CREATE TABLE IF NOT EXISTS ShareConflict (Id INTEGER PRIMARY KEY AUTOINCREMENT, "
             "Uid TEXT NOT NULL, Band INTEGER NOT NULL, MyRev INTEGER NOT NULL, MyPosition TEXT "
             "NOT NULL, " +

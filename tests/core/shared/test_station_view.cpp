@@ -77,6 +77,13 @@ TEST(SharedStationView, OtherPositionsCountForDuplicatesWorkedBeforeAndSerials) 
     ASSERT_EQ(worked.size(), 1u);
     EXPECT_EQ(worked[0].band, k432);
     EXPECT_EQ(worked[0].cells[4], "003");
+    // The band bar's marks: this position's QSO and B's on another band; B's
+    // deleted one on 144 MHz is not counted (this position logged it anew).
+    EXPECT_EQ(capture.workedBands(" ok1ab").to_string(),
+              WorkedBands::Bands().set(k144).set(k432).to_string());
+    EXPECT_EQ(capture.workedBands("DL2XYZ").to_string(),
+              WorkedBands::Bands().set(k144).to_string());
+    EXPECT_TRUE(capture.workedBands("DL9ZZZ").none());
 }
 
 } // namespace
