@@ -1,9 +1,9 @@
 #pragma once
 
-#include <gtest/gtest.h>
-
+#include <array>
 #include <filesystem>
 #include <memory>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
