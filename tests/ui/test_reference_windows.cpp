@@ -8,16 +8,11 @@
 #include <QLineEdit>
 #include <QListWidget>
 #include <QMenu>
-#include <QProcess>
 #include <QPushButton>
 #include <QSpinBox>
 #include <QTableWidget>
 #include <QTest>
 #include <QTimer>
-#include <arpa/inet.h>
-#include <netinet/in.h>
-#include <sys/socket.h>
-#include <unistd.h>
 
 #include "core/reference/call_db.h"
 #include "core/reference/country_download.h"
@@ -25,6 +20,7 @@
 #include "core/settings/ini_file.h"
 #include "platform/qt_dialogs.h"
 #include "support/fakes.h"
+#include "support/ftp_server.h"
 #include "support/temp_dir.h"
 #include "ui/calldb_editor.h"
 #include "ui/comparison_panel.h"
@@ -76,30 +72,6 @@ QStringList listLines(QListWidget* list) {
     for (int i = 0; i < list->count(); ++i)
         out << list->item(i)->text();
     return out;
-}
-
-// A free port on the loopback address, and whether something listens there.
-quint16 freePort() {
-    const int fd = ::socket(AF_INET, SOCK_STREAM, 0);
-    sockaddr_in a{};
-    a.sin_family = AF_INET;
-    a.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-    socklen_t len = sizeof a;
-    ::bind(fd, reinterpret_cast<sockaddr*>(&a), sizeof a);
-    ::getsockname(fd, reinterpret_cast<sockaddr*>(&a), &len);
-    ::close(fd);
-    return ntohs(a.sin_port);
-}
-
-bool listening(quint16 port) {
-    const int fd = ::socket(AF_INET, SOCK_STREAM, 0);
-    sockaddr_in a{};
-    a.sin_family = AF_INET;
-    a.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-    a.sin_port = htons(port);
-    const bool ok = ::connect(fd, reinterpret_cast<sockaddr*>(&a), sizeof a) == 0;
-    ::close(fd);
-    return ok;
 }
 
 bool recorded(const std::string& text) {
@@ -471,16 +443,10 @@ private slots:
         // A real HTTP server on the loopback address serves the file.
         std::filesystem::create_directories(*dir / "www");
         std::filesystem::copy_file(kCtyDat, *dir / "www" / "cty.dat");
-        const quint16 port = freePort();
-        QProcess server;
-        server.setWorkingDirectory(QString::fromStdString((*dir / "www").string()));
-        server.start("python3",
-                     {"-m", "http.server", "--bind", "127.0.0.1", QString::number(port)});
-        QVERIFY(server.waitForStarted());
-        const QString base = QString("http://127.0.0.1:%1/").arg(port);
-        QTRY_VERIFY_WITH_TIMEOUT(listening(port), 5000);
+        orv::test::HttpServer server(*dir / "www");
+        QVERIFY(server.running());
 
-        s->settings().set(orv::keys::CTYDownloadURL, (base + "cty.dat").toStdString());
+        s->settings().set(orv::keys::CTYDownloadURL, server.url("cty.dat"));
         auto* download = w()->findChild<QAction*>("MnARRLImportDownL");
         download->trigger();
         QVERIFY(!download->isEnabled()); // the window goes on while the file comes
@@ -491,13 +457,11 @@ private slots:
 
         // A missing file on the server: IText(275), and the list stays.
         QtDialogs::recorded().clear();
-        s->settings().set(orv::keys::CTYDownloadURL, (base + "missing.dat").toStdString());
+        s->settings().set(orv::keys::CTYDownloadURL, server.url("missing.dat"));
         download->trigger();
         QTRY_VERIFY_WITH_TIMEOUT(download->isEnabled(), 20000);
         QCOMPARE(QtDialogs::recorded().back(), texts()(275));
         QVERIFY(orv::CountryList::load(db).lookup("G4AAA"));
-        server.kill();
-        server.waitForFinished();
     }
 
     void comparisonGroupsAndActions() {
