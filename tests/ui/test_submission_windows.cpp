@@ -20,7 +20,6 @@
 #include "core/settings/ini_file.h"
 #include "core/settings/settings.h"
 #include "core/submission/submission_support.h"
-#include "core/util/sqlite.h"
 #include "platform/qt_dialogs.h"
 #include "support/fakes.h"
 #include "support/temp_dir.h"
@@ -239,10 +238,7 @@ private slots:
 
     void choosingAnOldLogShowsTheVersionMessage() {
         Station s;
-        {
-            orv::sql::Db db(s.paths.logFile("Alt").string());
-            db.exec("CREATE TABLE \"144MHz\" (\"Call\" TEXT, \"ErrQSO\" BOOLEAN)");
-        }
+        orv::test::writeOldLog(s.paths.logFile("Alt"));
         auto w = window(s);
         auto* logs = w->findChild<QComboBox*>("Combo2");
         QCOMPARE(logs->count(), 2);
@@ -498,10 +494,7 @@ private slots:
         // A folder of old logs only lists nothing.
         const auto old = s.dir / "old";
         std::filesystem::create_directories(old);
-        {
-            orv::sql::Db db((old / "Alt.sqlite").string());
-            db.exec("CREATE TABLE \"144MHz\" (\"Call\" TEXT, \"ErrQSO\" BOOLEAN)");
-        }
+        orv::test::writeOldLog(old / "Alt.sqlite");
         SubmissionHooks::chooseFolder = [&](QWidget*, const QString&,
                                             const std::filesystem::path&) { return old; };
         QTest::mouseClick(st.findChild<QPushButton*>("Command1"), Qt::LeftButton);
