@@ -23,6 +23,7 @@
 #include "platform/qt_dialogs.h"
 #include "support/fakes.h"
 #include "support/temp_dir.h"
+#include "support/text_output.h"
 #include "ui/edi_dialog.h"
 #include "ui/evaluation_window.h"
 #include "ui/group_change_dialog.h"
@@ -66,21 +67,6 @@ const std::vector<orv::QsoRow>& smallLog() {
         qso(4, "OE3XYZ", "JN88EF", 950, "2026-05-02 12:04:00"),
     };
     return rows;
-}
-
-std::vector<std::string> crlfLines(const std::string& s) {
-    std::vector<std::string> out;
-    std::size_t a = 0;
-    while (a < s.size()) {
-        const std::size_t e = s.find("\r\n", a);
-        if (e == std::string::npos) {
-            out.push_back(s.substr(a));
-            break;
-        }
-        out.push_back(s.substr(a, e - a));
-        a = e + 2;
-    }
-    return out;
 }
 
 QString cell(QTableWidget* g, int r, int c) {
@@ -313,7 +299,7 @@ private slots:
 
         const auto file = s.dir / "entry.EDI";
         QVERIFY(std::filesystem::exists(file));
-        const auto lines = crlfLines(orv::test::readFile(file));
+        const auto lines = orv::test::splitLines(orv::test::readFile(file), "\r\n");
         QCOMPARE(QString::fromStdString(lines.front()), QString("[REG1TEST;1]"));
         auto has = [&](const std::string& l) {
             return std::find(lines.begin(), lines.end(), l) != lines.end();
