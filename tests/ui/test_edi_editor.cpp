@@ -41,6 +41,7 @@
 
 using orv::Answer;
 using orv::platform::QtDialogs;
+using orv::test::said;
 using orv::ui::EdiDialog;
 using orv::ui::EdiEditor;
 using orv::ui::EdiUploadHooks;
@@ -104,13 +105,6 @@ private:
     orv::test::FakeClock clock;
     orv::test::CountingBeeper beeper;
     QtDialogs dialogs;
-
-    static QString said(int fromEnd = 0) {
-        const auto& r = QtDialogs::recorded();
-        return r.size() > static_cast<std::size_t>(fromEnd)
-                   ? q(r[r.size() - 1 - static_cast<std::size_t>(fromEnd)])
-                   : QString("<nothing said>");
-    }
 
 private slots:
     void init() {

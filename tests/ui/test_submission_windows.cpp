@@ -40,6 +40,7 @@
 using orv::Answer;
 using orv::platform::QtDialogs;
 using orv::test::addRows;
+using orv::test::said;
 using orv::ui::EdiDialog;
 using orv::ui::EvaluationWindow;
 using orv::ui::SubmissionHooks;
@@ -128,12 +129,6 @@ private:
                                                   beeper, log, band);
     }
 
-    // The last message a box showed.
-    static QString lastSaid() {
-        const auto& r = QtDialogs::recorded();
-        return r.empty() ? QString("<nothing said>") : QString::fromStdString(r.back());
-    }
-
     static QString label(QWidget* w, const char* name) {
         auto* l = w->findChild<QLabel*>(name);
         return l ? l->text() : QString("<no %1>").arg(name);
@@ -204,7 +199,7 @@ private slots:
         // The locator caption shows the list sorted; the square caption opens
         // the square window over the band's Grossfelder.
         w->findChild<QPushButton*>("LabelLocatoren")->click();
-        QCOMPARE(lastSaid(), QString("JN58TD, JN88EF, JO70AB"));
+        QCOMPARE(said(), QString("JN58TD, JN88EF, JO70AB"));
         w->findChild<QPushButton*>("LabelGrossfelder")->click();
         auto* squares = w->findChild<orv::ui::SquareWindow*>();
         QVERIFY(squares);
@@ -384,14 +379,14 @@ private slots:
         d.findChild<QLineEdit*>("Text1(11)")->setText("32.13.2026");
         d.writeFile();
         QVERIFY(!asked);
-        QCOMPARE(lastSaid(), QString::fromStdString(s.texts(13)));
+        QCOMPARE(said(), QString::fromStdString(s.texts(13)));
         // An empty band gives the band and "Log Leer!" instead of the dialog.
         w->evaluateBand(0);
         bool opened = false;
         SubmissionHooks::runModal = [&](QDialog&) { return opened = true; };
         QTest::mouseClick(w->findChild<QPushButton*>("Command2"), Qt::LeftButton);
         QVERIFY(!opened);
-        QCOMPARE(lastSaid(), QString::fromStdString("50 " + s.texts(202)));
+        QCOMPARE(said(), QString::fromStdString("50 " + s.texts(202)));
     }
 
     void adifAndTextExports() {
@@ -415,7 +410,7 @@ private slots:
         QVERIFY(adif.find("<CALL:6>DL1ABC") != std::string::npos);
         QVERIFY(adif.find("<FREQ:7>144.300") != std::string::npos);
         QVERIFY(adif.find("SP9ZZ") == std::string::npos); // deleted: left out
-        QCOMPARE(lastSaid(),
+        QCOMPARE(said(),
                  QString::fromStdString(s.texts(183) + "\n" + (s.dir / "all.ADI").string()));
 
         // Cancel on the statistics question writes nothing.
@@ -423,7 +418,7 @@ private slots:
         QtDialogs::queueAnswer(Answer::Cancel);
         QTest::mouseClick(w->findChild<QPushButton*>("Command4"), Qt::LeftButton);
         QVERIFY(!std::filesystem::exists(s.dir / "list.TXT"));
-        QCOMPARE(lastSaid(), QString::fromStdString(s.texts(400)));
+        QCOMPARE(said(), QString::fromStdString(s.texts(400)));
         QtDialogs::queueAnswer(Answer::No);
         QTest::mouseClick(w->findChild<QPushButton*>("Command4"), Qt::LeftButton);
         const std::string listing = orv::test::readFile(s.dir / "list.TXT");
@@ -442,7 +437,7 @@ private slots:
         QtDialogs::queueAnswer(Answer::Yes);
         w->close();
         QCOMPARE(reloads, 1);
-        QCOMPARE(lastSaid(), QString::fromStdString(s.texts(260)));
+        QCOMPARE(said(), QString::fromStdString(s.texts(260)));
         // Opened again, nothing changes any more, and nothing is asked.
         QtDialogs::recorded().clear();
         auto again = window(s);
@@ -526,7 +521,7 @@ private slots:
         QVERIFY(!d.apply());
         QCOMPARE(beeper.beeps, beeps + 1);
         QCOMPARE(changedBand, -1);
-        QCOMPARE(lastSaid(), QString::fromStdString(s.texts(14)));
+        QCOMPARE(said(), QString::fromStdString(s.texts(14)));
         QCOMPARE(log.findByQsoNr(k144, 2)->datTime.toStorage(), std::string("2026-05-02 12:02:00"));
     }
 
@@ -552,7 +547,7 @@ private slots:
         QtDialogs::recorded().clear();
         SubmissionHooks::runModal = addHalfAnHour("3", "2");
         w->findChild<QAction*>("MnGruppenAendern")->trigger();
-        QCOMPARE(lastSaid(), QString::fromStdString(s.texts()(225)));
+        QCOMPARE(said(), QString::fromStdString(s.texts()(225)));
         QCOMPARE(s.log()->findByQsoNr(k144, 2)->datTime.toStorage(),
                  std::string("2026-05-02 23:45:00"));
 
@@ -606,7 +601,7 @@ private slots:
         QCOMPARE(lookup->readyImage()->size(), std::size_t{0});
         QtDialogs::queueAnswer(Answer::Yes);
         ev->close();
-        QCOMPARE(lastSaid(), QString::fromStdString(s.texts()(260)));
+        QCOMPARE(said(), QString::fromStdString(s.texts()(260)));
         QCOMPARE(lookup->readyImage()->size(), std::size_t{3});
     }
 };
