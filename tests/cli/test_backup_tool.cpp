@@ -12,10 +12,7 @@ using namespace orv;
 TEST(BackupTool, CopiesAndRefuses) {
     test::TempDir home;
     auto tool = [&](std::vector<std::string> args) { return test::runToolAt(home.path(), args); };
-    ASSERT_EQ(
-        tool({"new-log", "Field", "--call", "OE1ABC", "--locator", "JN78DF", "--contest", "T"})
-            .status,
-        0);
+    ASSERT_EQ(test::newLogAt(home.path(), "Field"), 0);
     ASSERT_EQ(tool({"add", "Field", "--band", "144", "--call", "DL1XYZ", "--rst", "59", "--rcvd",
                     "59001", "--locator", "JN88EF"})
                   .status,

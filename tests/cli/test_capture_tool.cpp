@@ -13,10 +13,7 @@ namespace {} // namespace
 TEST(CaptureTool, AddListCorrectDeleteRestoreClear) {
     test::TempDir home;
     auto tool = [&](std::vector<std::string> args) { return test::runToolAt(home.path(), args); };
-    ASSERT_EQ(
-        tool({"new-log", "Test", "--call", "OE1ABC", "--locator", "JN78DF", "--contest", "Test"})
-            .status,
-        0);
+    ASSERT_EQ(test::newLogAt(home.path(), "Test", "Test"), 0);
 
     auto add = tool({"add", "Test", "--band", "144", "--call", "dl1xyz", "--rst", "59", "--rcvd",
                      "59001", "--locator", "jn88ef", "--date", "2026-05-02", "--time", "12:00"});

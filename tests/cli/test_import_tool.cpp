@@ -24,10 +24,7 @@ TEST(ImportTool, Ham3ImportCountsAndRefuses) {
     test::TempDir home;
     auto tool = [&](std::vector<std::string> args) { return test::runToolAt(home.path(), args); };
     for (const char* name : {"Field", "Other"})
-        ASSERT_EQ(
-            tool({"new-log", name, "--call", "OE1ABC", "--locator", "JN78DF", "--contest", "T"})
-                .status,
-            0);
+        ASSERT_EQ(test::newLogAt(home.path(), name), 0);
 
     auto r = tool({"import-ham3", "Field", sample("contest.ASC")});
     EXPECT_EQ(r.status, 0) << r.err;
@@ -50,10 +47,7 @@ TEST(ImportTool, Ham3ImportCountsAndRefuses) {
     EXPECT_NE(r.err.find("Zeile 6: !!DOPPELVERBINDUNG!! (OK1KKW)"), std::string::npos) << r.err;
 
     test::TempDir home2;
-    ASSERT_EQ(test::runToolAt(home2.path(), {"new-log", "F", "--call", "OE1ABC", "--locator",
-                                             "JN78DF", "--contest", "T"})
-                  .status,
-              0);
+    ASSERT_EQ(test::newLogAt(home2.path(), "F"), 0);
     r = test::runToolAt(home2.path(), {"import-ham3", "F", sample("unknown_band_last.ASC")});
     EXPECT_EQ(r.out, "QSOs gespeichert: 1\nZeilen abgewiesen: 0\nZeilen mit unbekanntem Band: 1\n");
 
@@ -69,10 +63,7 @@ TEST(ImportTool, Ham3ImportCountsAndRefuses) {
 TEST(ImportTool, PrintWritesThePdf) {
     test::TempDir home;
     auto tool = [&](std::vector<std::string> args) { return test::runToolAt(home.path(), args); };
-    ASSERT_EQ(
-        tool({"new-log", "Field", "--call", "OE1ABC", "--locator", "JN78DF", "--contest", "Fd"})
-            .status,
-        0);
+    ASSERT_EQ(test::newLogAt(home.path(), "Field", "Fd"), 0);
     ASSERT_EQ(tool({"import-ham3", "Field", sample("contest.ASC")}).status, 0);
     const auto pdf = home / "Field-144.pdf";
     auto r = tool({"print", "Field", "--band", "144", "-o", pdf.string()});

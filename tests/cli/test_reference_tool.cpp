@@ -1,19 +1,10 @@
 #include <gtest/gtest.h>
 
-#include <arpa/inet.h>
-#include <fcntl.h>
-#include <netinet/in.h>
-#include <signal.h>
-#include <sys/socket.h>
-#include <sys/wait.h>
-#include <unistd.h>
-
-#include <chrono>
 #include <filesystem>
 #include <sstream>
 #include <string>
-#include <thread>
 
+#include "support/ftp_server.h"
 #include "support/run_tool.h"
 #include "support/temp_dir.h"
 
@@ -27,63 +18,6 @@ const std::string kScp = "/usr/share/hamradio-files/MASTER.SCP";
 bool haveHamradioFiles() {
     return std::filesystem::exists(kCty) && std::filesystem::exists(kScp);
 }
-
-int freePort() {
-    const int s = ::socket(AF_INET, SOCK_STREAM, 0);
-    sockaddr_in a{};
-    a.sin_family = AF_INET;
-    a.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-    ::bind(s, reinterpret_cast<sockaddr*>(&a), sizeof a);
-    socklen_t len = sizeof a;
-    ::getsockname(s, reinterpret_cast<sockaddr*>(&a), &len);
-    ::close(s);
-    return ntohs(a.sin_port);
-}
-
-bool accepts(int port) {
-    const int s = ::socket(AF_INET, SOCK_STREAM, 0);
-    sockaddr_in a{};
-    a.sin_family = AF_INET;
-    a.sin_port = htons(static_cast<std::uint16_t>(port));
-    a.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-    const bool ok = ::connect(s, reinterpret_cast<sockaddr*>(&a), sizeof a) == 0;
-    ::close(s);
-    return ok;
-}
-
-// python3 -m http.server on 127.0.0.1, serving one folder, for the test's
-// lifetime.
-class HttpServer {
-public:
-    explicit HttpServer(const std::filesystem::path& folder) : port_(freePort()) {
-        pid_ = ::fork();
-        if (pid_ == 0) {
-            const std::string port = std::to_string(port_);
-            const std::string dir = folder.string();
-            const int devNull = ::open("/dev/null", O_WRONLY);
-            ::dup2(devNull, STDERR_FILENO);
-            ::execlp("python3", "python3", "-m", "http.server", "--bind", "127.0.0.1",
-                     "--directory", dir.c_str(), port.c_str(), static_cast<char*>(nullptr));
-            ::_exit(127);
-        }
-        for (int i = 0; i < 100 && !accepts(port_); ++i)
-            std::this_thread::sleep_for(std::chrono::milliseconds(50));
-    }
-    ~HttpServer() {
-        if (pid_ > 0) {
-            ::kill(pid_, SIGTERM);
-            ::waitpid(pid_, nullptr, 0);
-        }
-    }
-    bool running() const { return accepts(port_); }
-    std::string url(const std::string& file) const {
-        return "http://127.0.0.1:" + std::to_string(port_) + "/" + file;
-    }
-
-private:
-    int port_;
-    pid_t pid_ = -1;
-};
 
 } // namespace
 
@@ -135,7 +69,7 @@ TEST(ReferenceTool, DownloadCountryList) {
     const std::string h = home.path().string();
     std::filesystem::copy_file(kCty, served / "cty.dat");
     test::writeFile(served / "junk.dat", "<html><body>Not here</body></html>\n");
-    HttpServer server(served.path());
+    test::HttpServer server(served.path());
     ASSERT_TRUE(server.running());
 
     // The address comes from the settings file.
@@ -154,8 +88,8 @@ TEST(ReferenceTool, DownloadCountryList) {
     auto junk = test::runTool({"--home", h, "download-cty", "--url", server.url("junk.dat")});
     EXPECT_EQ(junk.status, 2);
     EXPECT_NE(junk.err.find("Ungültige Länderdatei!"), std::string::npos);
-    auto closed = test::runTool(
-        {"--home", h, "download-cty", "--url", "http://127.0.0.1:" + std::to_string(freePort())});
+    auto closed = test::runTool({"--home", h, "download-cty", "--url",
+                                 "http://127.0.0.1:" + std::to_string(test::closedPort())});
     EXPECT_EQ(closed.status, 2);
     EXPECT_NE(closed.err.find("Beim Download der Länderliste"), std::string::npos);
     EXPECT_EQ(test::runTool({"--home", h, "country", "K1XX"}).out,

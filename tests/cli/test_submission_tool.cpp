@@ -29,10 +29,7 @@ void appendFile(const std::filesystem::path& p, const std::string& text) {
 class SubmissionTool : public ::testing::Test {
 protected:
     void SetUp() override {
-        ASSERT_EQ(tool({"new-log", "Test", "--call", "OE1ABC", "--locator", "JN78DF", "--contest",
-                        "Test Contest"})
-                      .status,
-                  0);
+        ASSERT_EQ(test::newLogAt(home.path(), "Test", "Test Contest"), 0);
         ASSERT_EQ(tool({"import-cty", "/usr/share/hamradio-files/cty.dat"}).status, 0);
         add({"--band", "144", "--call", "DL1XYZ", "--rst", "59", "--rcvd", "59001", "--locator",
              "JN88EF", "--time", "12:00"});
@@ -186,10 +183,7 @@ TEST_F(SubmissionTool, TextListingWithAndWithoutStatistics) {
 }
 
 TEST_F(SubmissionTool, StatisticsOverAFolder) {
-    ASSERT_EQ(
-        tool({"new-log", "Second", "--call", "OE1ABC", "--locator", "JN78DF", "--contest", "X"})
-            .status,
-        0);
+    ASSERT_EQ(test::newLogAt(home.path(), "Second", "X"), 0);
     const auto logs = (home / "Logs").string();
     auto r = tool({"stats", logs});
     ASSERT_EQ(r.status, 0) << r.err;

@@ -1,12 +1,15 @@
 #include "support/ftp_server.h"
 
 #include <arpa/inet.h>
+#include <chrono>
 #include <csignal>
 #include <cstdio>
+#include <fcntl.h>
 #include <netinet/in.h>
 #include <poll.h>
 #include <sys/socket.h>
 #include <sys/wait.h>
+#include <thread>
 #include <unistd.h>
 
 namespace orv::test {
@@ -75,6 +78,48 @@ int closedPort() {
     ::getsockname(s, reinterpret_cast<sockaddr*>(&a), &len);
     ::close(s);
     return ntohs(a.sin_port);
+}
+
+bool acceptsOn(int port) {
+    const int s = ::socket(AF_INET, SOCK_STREAM, 0);
+    sockaddr_in a{};
+    a.sin_family = AF_INET;
+    a.sin_port = htons(static_cast<std::uint16_t>(port));
+    a.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    const bool ok = ::connect(s, reinterpret_cast<sockaddr*>(&a), sizeof a) == 0;
+    ::close(s);
+    return ok;
+}
+
+HttpServer::HttpServer(const std::filesystem::path& folder) : port_(closedPort()) {
+    // Built before the fork: the child of a threaded program only execs.
+    const std::string port = std::to_string(port_);
+    const std::string dir = folder.string();
+    pid_ = ::fork();
+    if (pid_ == 0) {
+        const int devNull = ::open("/dev/null", O_WRONLY);
+        ::dup2(devNull, STDERR_FILENO);
+        ::execlp("python3", "python3", "-m", "http.server", "--bind", "127.0.0.1", "--directory",
+                 dir.c_str(), port.c_str(), static_cast<char*>(nullptr));
+        ::_exit(127);
+    }
+    for (int i = 0; i < 100 && !acceptsOn(port_); ++i)
+        std::this_thread::sleep_for(std::chrono::milliseconds(50));
+}
+
+HttpServer::~HttpServer() {
+    if (pid_ > 0) {
+        ::kill(pid_, SIGTERM);
+        ::waitpid(pid_, nullptr, 0);
+    }
+}
+
+bool HttpServer::running() const {
+    return acceptsOn(port_);
+}
+
+std::string HttpServer::url(const std::string& file) const {
+    return "http://127.0.0.1:" + std::to_string(port_) + "/" + file;
 }
 
 } // namespace orv::test

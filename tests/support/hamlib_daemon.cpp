@@ -1,5 +1,7 @@
 #include "support/hamlib_daemon.h"
 
+#include "support/ftp_server.h"
+
 #include <arpa/inet.h>
 #include <chrono>
 #include <cmath>
@@ -14,22 +16,6 @@
 
 namespace orv::test {
 namespace {
-
-int freeLoopbackPort() {
-    const int s = ::socket(AF_INET, SOCK_STREAM, 0);
-    sockaddr_in a{};
-    a.sin_family = AF_INET;
-    a.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-    a.sin_port = 0;
-    socklen_t len = sizeof a;
-    if (::bind(s, reinterpret_cast<sockaddr*>(&a), sizeof a) != 0 ||
-        ::getsockname(s, reinterpret_cast<sockaddr*>(&a), &len) != 0) {
-        ::close(s);
-        throw std::runtime_error("no free port");
-    }
-    ::close(s);
-    return ntohs(a.sin_port);
-}
 
 int connectTo(int port) {
     const int s = ::socket(AF_INET, SOCK_STREAM, 0);
@@ -47,7 +33,7 @@ int connectTo(int port) {
 } // namespace
 
 HamlibDaemon::HamlibDaemon(std::string program)
-    : program_(std::move(program)), port_(freeLoopbackPort()) {
+    : program_(std::move(program)), port_(closedPort()) {
     start();
 }
 

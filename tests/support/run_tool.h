@@ -24,5 +24,13 @@ inline ToolRun runToolAt(const std::filesystem::path& home, std::vector<std::str
     args.insert(args.begin(), {"--home", home.string()});
     return runTool(args);
 }
+// Makes the log `name` of OE1ABC in JN78DF with the tool, as every tool test
+// needs one; the exit status.
+inline int newLogAt(const std::filesystem::path& home, const std::string& name,
+                    const std::string& contest = "T") {
+    return runToolAt(home, {"new-log", name, "--call", "OE1ABC", "--locator", "JN78DF", "--contest",
+                            contest})
+        .status;
+}
 
 } // namespace orv::test

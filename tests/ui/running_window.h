@@ -6,6 +6,8 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QTest>
+#include <filesystem>
+#include <functional>
 #include <memory>
 
 #include "core/logstore/contest_log.h"
@@ -21,13 +23,17 @@ namespace orv::test {
 class RunningWindow {
 protected:
     // Starts the program with the new log `name` and these further lines of
-    // the settings file; false when it did not run.
-    bool start(const std::string& name, const std::string& moreSettings = {}) {
+    // the settings file, after `prepare` has filled the data folder; false
+    // when it did not run.
+    bool start(const std::string& name, const std::string& moreSettings = {},
+               const std::function<void(const std::filesystem::path&)>& prepare = {}) {
         platform::QtDialogs::setRecording(true);
         platform::QtDialogs::recorded().clear();
         logName = name;
         dir = std::make_unique<TempDir>();
         writeFile(*dir / "OrvantaContest.INI", "[QB]\nEinverstanden=-1\n" + moreSettings);
+        if (prepare)
+            prepare(dir->path());
         app = std::make_unique<ui::Startup>(dir->path(), dialogs, clock, beeper);
         app->runLogDialog = createLog(name);
         app->endProgram = [this] { ++ended; };

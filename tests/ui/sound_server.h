@@ -3,14 +3,18 @@
 // A sound server for the tests, as a desktop has one: a private PulseAudio
 // with a null sink whose monitor, remapped as a microphone, is the default input, so that what the
 // program plays can be recorded back and measured with sox.
+#include <QApplication>
 #include <QDir>
 #include <QFile>
 #include <QProcess>
 #include <QRegularExpression>
 #include <QStandardPaths>
 #include <QTemporaryDir>
+#include <QTest>
 #include <QThread>
 #include <optional>
+
+#include "platform/qt_media_player.h"
 
 namespace orv::test {
 
@@ -84,6 +88,23 @@ inline std::optional<ToneMeasure> measureTone(const QString& file, const QString
     if (!len.hasMatch() || !freq.hasMatch())
         return std::nullopt;
     return ToneMeasure{len.captured(1).toDouble(), freq.captured(1).toDouble()};
+}
+
+// The test program's one server, and why it did not start (empty when it
+// runs).
+inline SoundServer* soundServer = nullptr;
+inline QString soundServerError;
+
+// The main() of a test program with a sound server: the server starts before
+// Qt Multimedia first looks for one, then the Qt Test class T runs.
+template <class T> int runWithSoundServer(int argc, char** argv) {
+    SoundServer s;
+    soundServer = &s;
+    soundServerError = s.start();
+    platform::chooseMediaBackend();
+    QApplication app(argc, argv);
+    T t;
+    return QTest::qExec(&t, argc, argv);
 }
 
 } // namespace orv::test

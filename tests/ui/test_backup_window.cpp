@@ -23,23 +23,17 @@ private:
                "\nSichernungAN=1\nSichernungsArt=" + (timed ? "1" : "0") +
                "\nSichernIntervall=" + interval + "\n";
     }
+    // Starts the program anew on a fresh data folder whose @STICK@ is its
+    // folder Stick.
     bool restart(const std::string& ini, bool makeStick) {
-        auto d = std::make_unique<orv::test::TempDir>();
-        const std::string stick = (*d / "Stick").string();
-        if (makeStick)
-            std::filesystem::create_directories(stick);
-        std::string text = ini;
-        text.replace(text.find("@STICK@"), 7, stick);
-        dir = std::move(d);
-        orv::test::writeFile(*dir / "OrvantaContest.INI", "[QB]\nEinverstanden=-1\n" + text);
-        QtDialogs::setRecording(true);
-        app = std::make_unique<orv::ui::Startup>(dir->path(), dialogs, clock, beeper);
-        app->runLogDialog = orv::test::createLog("bk");
-        if (app->run() != orv::ui::Startup::Outcome::Run)
-            return false;
-        w = app->window();
-        logName = "bk";
-        return true;
+        return start("bk", ini, [makeStick](const std::filesystem::path& d) {
+            const std::string stick = (d / "Stick").string();
+            if (makeStick)
+                std::filesystem::create_directories(stick);
+            std::string text = orv::test::readFile(d / "OrvantaContest.INI");
+            text.replace(text.find("@STICK@"), 7, stick);
+            orv::test::writeFile(d / "OrvantaContest.INI", text);
+        });
     }
 
 private slots:

@@ -24,6 +24,7 @@
 #include "core/submission/edi_editor.h"
 #include "core/submission/edi_upload.h"
 #include "core/submission/evaluation.h"
+#include "core/submission/submission_support.h"
 #include "platform/net/password_store.h"
 #include "platform/qt_dialogs.h"
 #include "support/fakes.h"
@@ -40,6 +41,7 @@
 
 using orv::Answer;
 using orv::platform::QtDialogs;
+using orv::test::said;
 using orv::ui::EdiDialog;
 using orv::ui::EdiEditor;
 using orv::ui::EdiUploadHooks;
@@ -70,24 +72,12 @@ struct Station {
                                  std::to_string(ftpPort) + "\nUser=contest\n");
         paths = orv::prepareDataFolder(dir.path());
         settings = std::make_unique<orv::Settings>(orv::IniFile(paths.iniPath()));
-        orv::NewLogData d{"OE1ABC", "JN78DF", "Test Contest"};
-        log = orv::ContestLog::create(paths.logFile("Test"), d);
-        orv::BandTotals t = log->totals(k144);
-        for (int nr : {1, 2}) {
-            orv::QsoRow r;
-            r.call = nr == 1 ? "DL1ABC" : "OK1XY";
-            r.locator = nr == 1 ? "JN58TD" : "JO70AB";
-            r.qrg = 144;
-            r.datTime =
-                orv::DateTime::fromStorage("2026-05-02 12:0" + std::to_string(nr) + ":00").value();
-            r.rstGeg = "59";
-            r.rstErh = "5900" + std::to_string(nr);
-            r.qsoNr = nr;
-            r.qrb = 300;
-            r.mod = r.modRx = "SSB";
-            t.pGesamt += r.qrb;
-            log->addQso(k144, r, t);
-        }
+        log = orv::test::makeLog(paths.logsPath());
+        orv::test::addRows(*log, k144,
+                           {orv::test::qso(1, "DL1ABC", "JN58TD", 300, "2026-05-02 12:01:00", "SSB",
+                                           "SSB", "59", "59001"),
+                            orv::test::qso(2, "OK1XY", "JO70AB", 300, "2026-05-02 12:02:00", "SSB",
+                                           "SSB", "59", "59002")});
         ev = orv::evaluate(*log, k144, nullptr);
     }
     std::unique_ptr<EdiDialog> dialog(orv::Dialogs& dialogs) {
@@ -115,13 +105,6 @@ private:
     orv::test::FakeClock clock;
     orv::test::CountingBeeper beeper;
     QtDialogs dialogs;
-
-    static QString said(int fromEnd = 0) {
-        const auto& r = QtDialogs::recorded();
-        return r.size() > static_cast<std::size_t>(fromEnd)
-                   ? q(r[r.size() - 1 - static_cast<std::size_t>(fromEnd)])
-                   : QString("<nothing said>");
-    }
 
 private slots:
     void init() {

@@ -33,8 +33,6 @@ using namespace orv;
 using ui::OptionsDialog;
 
 namespace {
-test::SoundServer* server = nullptr;
-QString serverError;
 
 std::string bytesOf(int wpm, const std::string& text, int lead, int trail) {
     const auto b = keying::toneFileBytes(wpm, text, lead, trail);
@@ -395,8 +393,8 @@ private slots:
 
     // The recorder page records what the sound card hears into `Audio`.
     void recorderRecordsFromTheSoundServer() {
-        if (!serverError.isEmpty())
-            QSKIP(qPrintable("no sound server: " + serverError));
+        if (!test::soundServerError.isEmpty())
+            QSKIP(qPrintable("no sound server: " + test::soundServerError));
         const auto tone = *dir / "tone.wav";
         keying::BuildToneFile(12, tone, "TTTTT", 1, 0);
         test::writeFile(*dir / "Audio" / "old_one.WAV", "x");
@@ -437,13 +435,7 @@ private slots:
 };
 
 int main(int argc, char** argv) {
-    test::SoundServer s;
-    server = &s;
-    serverError = s.start(); // before Qt Multimedia first looks for a sound server
-    platform::chooseMediaBackend();
-    QApplication app(argc, argv);
-    OptionsTest t;
-    return QTest::qExec(&t, argc, argv);
+    return test::runWithSoundServer<OptionsTest>(argc, argv);
 }
 
 #include "test_options.moc"

@@ -8,23 +8,19 @@
 #include <QLineEdit>
 #include <QListWidget>
 #include <QMenu>
-#include <QProcess>
 #include <QPushButton>
 #include <QSpinBox>
 #include <QTableWidget>
 #include <QTest>
 #include <QTimer>
-#include <arpa/inet.h>
-#include <netinet/in.h>
-#include <sys/socket.h>
-#include <unistd.h>
 
 #include "core/reference/call_db.h"
 #include "core/reference/country_download.h"
 #include "core/reference/country_list.h"
 #include "core/settings/ini_file.h"
 #include "platform/qt_dialogs.h"
-#include "support/fakes.h"
+#include "running_window.h"
+#include "support/ftp_server.h"
 #include "support/temp_dir.h"
 #include "ui/calldb_editor.h"
 #include "ui/comparison_panel.h"
@@ -32,8 +28,6 @@
 #include "ui/lookup_binding.h"
 #include "ui/main_window.h"
 #include "ui/reference_menus.h"
-#include "ui/startup.h"
-#include "ui_support.h"
 
 using orv::Answer;
 using orv::CallRecord;
@@ -45,7 +39,6 @@ using orv::ui::ComparisonPanel;
 using orv::ui::LogDialog;
 using orv::ui::LookupBinding;
 using orv::ui::ReferenceHooks;
-using orv::ui::Startup;
 
 namespace {
 
@@ -78,30 +71,6 @@ QStringList listLines(QListWidget* list) {
     return out;
 }
 
-// A free port on the loopback address, and whether something listens there.
-quint16 freePort() {
-    const int fd = ::socket(AF_INET, SOCK_STREAM, 0);
-    sockaddr_in a{};
-    a.sin_family = AF_INET;
-    a.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-    socklen_t len = sizeof a;
-    ::bind(fd, reinterpret_cast<sockaddr*>(&a), sizeof a);
-    ::getsockname(fd, reinterpret_cast<sockaddr*>(&a), &len);
-    ::close(fd);
-    return ntohs(a.sin_port);
-}
-
-bool listening(quint16 port) {
-    const int fd = ::socket(AF_INET, SOCK_STREAM, 0);
-    sockaddr_in a{};
-    a.sin_family = AF_INET;
-    a.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-    a.sin_port = htons(port);
-    const bool ok = ::connect(fd, reinterpret_cast<sockaddr*>(&a), sizeof a) == 0;
-    ::close(fd);
-    return ok;
-}
-
 bool recorded(const std::string& text) {
     for (const auto& r : QtDialogs::recorded())
         if (r.find(text) != std::string::npos)
@@ -111,27 +80,19 @@ bool recorded(const std::string& text) {
 
 } // namespace
 
-class TestReferenceWindows : public QObject {
+class TestReferenceWindows : public QObject, public orv::test::RunningWindow {
     Q_OBJECT
 
 private:
-    orv::test::FakeClock clock;
-    orv::test::CountingBeeper beeper;
-    QtDialogs dialogs;
-    std::unique_ptr<orv::test::TempDir> dir;
-    std::unique_ptr<Startup> s;
-
-    orv::ui::MainWindow* w() { return s->window(); }
-    QLineEdit* edit(const char* name) { return w()->findChild<QLineEdit*>(name); }
-    QListWidget* list() { return w()->findChild<QListWidget*>("List1"); }
+    QListWidget* list() { return w->findChild<QListWidget*>("List1"); }
     QLabel* found() {
         return list()->parentWidget()->findChild<QLabel*>("Label11", Qt::FindDirectChildrenOnly);
     }
-    const orv::Texts& texts() { return s->texts(); }
+    const orv::Texts& texts() { return app->texts(); }
 
     // Types into a field as the operator does and waits for the list.
     void typeAndWait(QLineEdit* field, const QString& keys) {
-        auto* binding = w()->findChild<LookupBinding*>("LookupBinding");
+        auto* binding = w->findChild<LookupBinding*>("LookupBinding");
         int shown = 0;
         auto c = connect(binding, &LookupBinding::listShown, this, [&] { ++shown; });
         field->setFocus();
@@ -149,35 +110,25 @@ private:
         edit("Text7")->setFocus();
         QTest::keyClick(edit("Text7"), Qt::Key_Return);
         QVERIFY2(edit("Text3")->text().isEmpty(),
-                 qPrintable(w()->findChild<QLabel*>("Label13")->text()));
+                 qPrintable(w->findChild<QLabel*>("Label13")->text()));
     }
 
 private slots:
     void init() {
-        QtDialogs::setRecording(true);
-        QtDialogs::recorded().clear();
-        dir = std::make_unique<orv::test::TempDir>();
-        orv::test::writeFile(*dir / "OrvantaContest.INI", "[QB]\nEinverstanden=-1\n");
-        fillDb(*dir / "QBDat.sqlite");
-        s = std::make_unique<Startup>(dir->path(), dialogs, clock, beeper);
-        s->runLogDialog = createLog("reference");
-        QCOMPARE(s->run(), Startup::Outcome::Run);
+        QVERIFY(start("reference", {}, [](const auto& d) { fillDb(d / "QBDat.sqlite"); }));
         QtDialogs::recorded().clear();
     }
     void cleanup() {
-        s.reset();
-        dir.reset();
+        stop();
         ReferenceHooks::reset();
-        QtDialogs::setRecording(false);
-        QtDialogs::recorded().clear();
     }
 
     void typedCallFillsListCountAndWorkedBefore() {
         commitQso("DL1ABC", "JO62QM");
-        QCOMPARE(s->capture()->band(), 1);
+        QCOMPARE(app->capture()->band(), 1);
 
         // Two characters wait for the standing interval, more go at once.
-        auto* timer2 = w()->findChild<QTimer*>("Timer2");
+        auto* timer2 = w->findChild<QTimer*>("Timer2");
         edit("Text3")->setFocus();
         QTest::keyClicks(edit("Text3"), "dl");
         QVERIFY(timer2->isActive());
@@ -237,7 +188,7 @@ private slots:
             for (int i = 0; i < 20; ++i)
                 QVERIFY(store.add(rec(QString("PA%1XX").arg(i + 10).toStdString(), "JO22AA")).ok());
         }
-        w()->findChild<LookupBinding*>("LookupBinding")->reload();
+        w->findChild<LookupBinding*>("LookupBinding")->reload();
         typeAndWait(edit("Text3"), "PA");
         QCOMPARE(list()->count(), 20);
         QCOMPARE(found()->text(), QString("20 Rufzeichen gefunden"));
@@ -253,7 +204,7 @@ private slots:
 
         // A key going down stops a waiting search before it starts; the
         // key coming up starts it anew.
-        auto* timer2 = w()->findChild<QTimer*>("Timer2");
+        auto* timer2 = w->findChild<QTimer*>("Timer2");
         QTest::keyClick(edit("Text3"), Qt::Key_Backspace);
         QTest::keyClicks(edit("Text3"), "A");
         QVERIFY(timer2->isActive());
@@ -264,7 +215,7 @@ private slots:
         QCOMPARE(timer2->interval(), 1);
 
         // The locator search is narrowed by the call in hand.
-        auto* timer8 = w()->findChild<QTimer*>("Timer8");
+        auto* timer8 = w->findChild<QTimer*>("Timer8");
         edit("Text3")->setText("PA1");
         typeAndWait(edit("Text7"), "JO22");
         QCOMPARE(list()->count(), 10); // PA10XX to PA19XX
@@ -299,7 +250,7 @@ private slots:
         // The list's menu: the call alone, and the note for the editor.
         edit("Text3")->clear();
         list()->setCurrentRow(1);
-        auto* menu = w()->findChild<QMenu*>("MnList1");
+        auto* menu = w->findChild<QMenu*>("MnList1");
         menu->findChild<QAction*>("MnCallADD")->trigger();
         QCOMPARE(edit("Text3")->text(), QString("OE1ABCD"));
         menu->findChild<QAction*>("MnEditList1")->trigger();
@@ -329,7 +280,7 @@ private slots:
             [&] { QVERIFY(status->text().isEmpty()); }();
             return int(QDialog::Accepted);
         };
-        w()->findChild<QAction*>("QBDatEdit")->trigger();
+        w->findChild<QAction*>("QBDatEdit")->trigger();
         QVERIFY(recorded(texts()(260)));
         orv::CallDbStore store(*dir / "QBDat.sqlite");
         QCOMPARE(store.count(), 7);
@@ -354,7 +305,7 @@ private slots:
             e.deleteRow();
             return int(QDialog::Accepted);
         };
-        w()->findChild<QAction*>("QBDatEdit")->trigger();
+        w->findChild<QAction*>("QBDatEdit")->trigger();
         QCOMPARE(store.count(), 6);
         edit("Text3")->clear();
         typeAndWait(edit("Text3"), "ZZ9");
@@ -365,8 +316,8 @@ private slots:
     }
 
     void editorTakesNotesFromTheList() {
-        orv::ui::noteForEditor(s->paths(), "oe1abcd", "jn88cc");
-        orv::ui::noteForEditor(s->paths(), "NEW1XX", "JO50AA");
+        orv::ui::noteForEditor(app->paths(), "oe1abcd", "jn88cc");
+        orv::ui::noteForEditor(app->paths(), "NEW1XX", "JO50AA");
         QtDialogs::queueAnswer(Answer::No); // no reload
         ReferenceHooks::runModal = [](QDialog& d) {
             auto& e = static_cast<CallDbEditor&>(d);
@@ -382,8 +333,8 @@ private slots:
             [&] { QCOMPARE(notes->count(), 1); }();
             return int(QDialog::Accepted);
         };
-        w()->findChild<QAction*>("QBDatEdit")->trigger();
-        const auto left = orv::ui::editorNotes(s->paths());
+        w->findChild<QAction*>("QBDatEdit")->trigger();
+        const auto left = orv::ui::editorNotes(app->paths());
         QCOMPARE(left.size(), std::size_t{1});
         QCOMPARE(left[0].call, std::string("OE1ABCD"));
         // Not reloaded: the list does not know the new call yet.
@@ -392,13 +343,13 @@ private slots:
     }
 
     void newQBDatAsksFirst() {
-        w()->findChild<QAction*>("NewQBDat")->trigger(); // default answer No
+        w->findChild<QAction*>("NewQBDat")->trigger(); // default answer No
         QVERIFY(recorded(texts()(30)));
         QCOMPARE(orv::CallDbStore(*dir / "QBDat.sqlite").count(), 6);
 
         QtDialogs::queueAnswer(Answer::Yes);
         QtDialogs::queueAnswer(Answer::Yes);
-        w()->findChild<QAction*>("NewQBDat")->trigger();
+        w->findChild<QAction*>("NewQBDat")->trigger();
         QCOMPARE(orv::CallDbStore(*dir / "QBDat.sqlite").count(), 0);
         QVERIFY(recorded(texts()(260)));
         typeAndWait(edit("Text3"), "DL1");
@@ -412,7 +363,7 @@ private slots:
         ReferenceHooks::openFile = [this](QWidget*, const QString&, const QString&) {
             return *dir / "bad.txt";
         };
-        w()->findChild<QAction*>("MnQBDatImport")->trigger();
+        w->findChild<QAction*>("MnQBDatImport")->trigger();
         QVERIFY(recorded(texts()(258)));
         QCOMPARE(orv::CallDbStore(*dir / "QBDat.sqlite").count(), 6);
 
@@ -423,7 +374,7 @@ private slots:
         ReferenceHooks::openFile = [](QWidget*, const QString&, const QString&) {
             return kMasterScp;
         };
-        w()->findChild<QAction*>("MnQBDatImport")->trigger();
+        w->findChild<QAction*>("MnQBDatImport")->trigger();
         QVERIFY(recorded(texts()(85)));
         QVERIFY(recorded(texts()(260)));
         QVERIFY(orv::CallDbStore(*dir / "QBDat.sqlite").count() > 1000);
@@ -436,9 +387,9 @@ private slots:
         ReferenceHooks::openFile = [](QWidget*, const QString&, const QString& filter) {
             return filter.startsWith("*.DAT") ? kCtyDat : std::filesystem::path();
         };
-        w()->findChild<QAction*>("DXCCImp")->trigger();
+        w->findChild<QAction*>("DXCCImp")->trigger();
         QVERIFY(recorded(texts()(85)));
-        const auto db = s->paths().countryDbPath();
+        const auto db = app->paths().countryDbPath();
         auto germany = orv::CountryList::load(db).lookup("DL1ABC");
         QVERIFY(germany);
         QCOMPARE(germany->Country, std::string("Fed. Rep. of Germany"));
@@ -448,13 +399,13 @@ private slots:
         ReferenceHooks::openFile = [this](QWidget*, const QString&, const QString&) {
             return *dir / "bad.dat";
         };
-        w()->findChild<QAction*>("DXCCImp")->trigger();
+        w->findChild<QAction*>("DXCCImp")->trigger();
         QCOMPARE(QtDialogs::recorded().size(), std::size_t{1});
         QCOMPARE(QtDialogs::recorded().front(), texts()(84));
         QVERIFY(orv::CountryList::load(db).lookup("DL1ABC"));
 
         QtDialogs::recorded().clear();
-        w()->findChild<QAction*>("MnARRLImport")->trigger();
+        w->findChild<QAction*>("MnARRLImport")->trigger();
         QCOMPARE(QtDialogs::recorded().front(), texts()(84));
         QCOMPARE(orv::CountryList::load(db).lookup("DL1ABC")->Country, germany->Country);
 
@@ -463,7 +414,7 @@ private slots:
         ReferenceHooks::openFile = [](QWidget*, const QString&, const QString&) {
             return std::filesystem::path();
         };
-        w()->findChild<QAction*>("DXCCImp")->trigger();
+        w->findChild<QAction*>("DXCCImp")->trigger();
         QVERIFY(QtDialogs::recorded().empty());
     }
 
@@ -471,45 +422,37 @@ private slots:
         // A real HTTP server on the loopback address serves the file.
         std::filesystem::create_directories(*dir / "www");
         std::filesystem::copy_file(kCtyDat, *dir / "www" / "cty.dat");
-        const quint16 port = freePort();
-        QProcess server;
-        server.setWorkingDirectory(QString::fromStdString((*dir / "www").string()));
-        server.start("python3",
-                     {"-m", "http.server", "--bind", "127.0.0.1", QString::number(port)});
-        QVERIFY(server.waitForStarted());
-        const QString base = QString("http://127.0.0.1:%1/").arg(port);
-        QTRY_VERIFY_WITH_TIMEOUT(listening(port), 5000);
+        orv::test::HttpServer server(*dir / "www");
+        QVERIFY(server.running());
 
-        s->settings().set(orv::keys::CTYDownloadURL, (base + "cty.dat").toStdString());
-        auto* download = w()->findChild<QAction*>("MnARRLImportDownL");
+        app->settings().set(orv::keys::CTYDownloadURL, server.url("cty.dat"));
+        auto* download = w->findChild<QAction*>("MnARRLImportDownL");
         download->trigger();
         QVERIFY(!download->isEnabled()); // the window goes on while the file comes
         QTRY_VERIFY_WITH_TIMEOUT(download->isEnabled(), 20000);
         QCOMPARE(QtDialogs::recorded().back(), texts()(85));
-        const auto db = s->paths().countryDbPath();
+        const auto db = app->paths().countryDbPath();
         QVERIFY(orv::CountryList::load(db).lookup("G4AAA"));
 
         // A missing file on the server: IText(275), and the list stays.
         QtDialogs::recorded().clear();
-        s->settings().set(orv::keys::CTYDownloadURL, (base + "missing.dat").toStdString());
+        app->settings().set(orv::keys::CTYDownloadURL, server.url("missing.dat"));
         download->trigger();
         QTRY_VERIFY_WITH_TIMEOUT(download->isEnabled(), 20000);
         QCOMPARE(QtDialogs::recorded().back(), texts()(275));
         QVERIFY(orv::CountryList::load(db).lookup("G4AAA"));
-        server.kill();
-        server.waitForFinished();
     }
 
     void comparisonGroupsAndActions() {
         commitQso("DL1ABC", "JO62QM"); // known with 3 QSOs on the band: beyond doubt
         commitQso("OE1ABC", "JN88AA"); // finds OE1ABC/P, not OE1ABCD
         commitQso("XX9XX", "JO50AA");  // unknown: stands alone
-        auto* frame = w()->findChild<QWidget*>("Frame4");
+        auto* frame = w->findChild<QWidget*>("Frame4");
         auto* grid = frame->findChild<QTableWidget*>("MSFlexGrid3");
-        auto* panel = w()->findChild<ComparisonPanel*>("ComparisonPanel");
-        w()->findChild<QAction*>("MnDBCheck")->trigger();
+        auto* panel = w->findChild<ComparisonPanel*>("ComparisonPanel");
+        w->findChild<QAction*>("MnDBCheck")->trigger();
         QVERIFY(frame->isVisible());
-        QVERIFY(!w()->findChild<QWidget*>("Frame1")->isEnabled());
+        QVERIFY(!w->findChild<QWidget*>("Frame1")->isEnabled());
         QCOMPARE(grid->columnCount(), 14);
         QCOMPARE(grid->rowCount(), 4);
         using K = ComparisonPanel::RowKind;
@@ -537,7 +480,7 @@ private slots:
         m = panel->menuFor(0);
         QVERIFY(m->findChild<QAction*>("MnGrid3Edit")->isVisible());
         m->findChild<QAction*>("MnGrid3Edit")->trigger();
-        QVERIFY(w()->editLineOpen());
+        QVERIFY(w->editLineOpen());
         QCOMPARE(edit("Text33")->text(), QString("OE1ABC"));
         m = panel->menuFor(1);
         QVERIFY(!m->findChild<QAction*>("MnGrid3Edit")->isVisible());
@@ -546,25 +489,25 @@ private slots:
         QCOMPARE(edit("Text33")->text(), QString("OE1ABC/P"));
         QCOMPARE(edit("Text77")->text(), QString("JN88AB"));
         m->findChild<QAction*>("MnGrid3DBEdit")->trigger();
-        QCOMPARE(orv::ui::editorNotes(s->paths()).at(0).call, std::string("OE1ABC/P"));
+        QCOMPARE(orv::ui::editorNotes(app->paths()).at(0).call, std::string("OE1ABC/P"));
 
         // Storing the correction asks first; Yes stores it and marks the QSO row.
         QtDialogs::queueAnswer(Answer::No);
         QTest::keyClick(edit("Text33"), Qt::Key_Return);
         QCOMPARE(QtDialogs::recorded().back(), texts()(282));
-        QVERIFY(w()->editLineOpen());
+        QVERIFY(w->editLineOpen());
         QtDialogs::queueAnswer(Answer::Yes);
         QTest::keyClick(edit("Text33"), Qt::Key_Return);
-        QVERIFY(!w()->editLineOpen());
+        QVERIFY(!w->editLineOpen());
         QCOMPARE(grid->item(0, 1)->text(), QString("OE1ABC/P"));
         QCOMPARE(grid->item(0, 2)->text(), QString("JN88AB"));
         QCOMPARE(grid->item(0, 3)->background().color(), QColor(192, 0, 192));
-        QCOMPARE(s->log()->rows(1)[1].call, std::string("OE1ABC/P"));
+        QCOMPARE(app->log()->rows(1)[1].call, std::string("OE1ABC/P"));
 
         frame->findChild<QPushButton*>("Command2")->click();
         QVERIFY(!frame->isVisible());
-        QVERIFY(!w()->editLineOpen());
-        QVERIFY(w()->findChild<QWidget*>("Frame1")->isEnabled());
+        QVERIFY(!w->editLineOpen());
+        QVERIFY(w->findChild<QWidget*>("Frame1")->isEnabled());
     }
 
     void comparisonWithoutDoubtsAndAfterMerge() {
@@ -572,11 +515,11 @@ private slots:
             orv::CallDbStore store(*dir / "QBDat.sqlite");
             QVERIFY(store.add(rec("PA0AA", "JO22AA", 1)).ok());
         }
-        w()->findChild<LookupBinding*>("LookupBinding")->reload();
+        w->findChild<LookupBinding*>("LookupBinding")->reload();
         commitQso("DL1ABC", "JO62QM");
         commitQso("PA0AA", "JO22AA");
-        w()->findChild<QAction*>("MnDBCheck")->trigger();
-        auto* frame = w()->findChild<QWidget*>("Frame4");
+        w->findChild<QAction*>("MnDBCheck")->trigger();
+        auto* frame = w->findChild<QWidget*>("Frame4");
         auto* grid = frame->findChild<QTableWidget*>("MSFlexGrid3");
         QCOMPARE(grid->rowCount(), 0);
         auto* none = frame->findChild<QPushButton*>("Command4");
@@ -594,14 +537,14 @@ private slots:
         // Once this log's band is merged into the database, a call known
         // from one QSO only is no longer beyond doubt.
         orv::IniFile(*dir / "QBDat.ini").write("reference", "144", "2");
-        w()->findChild<QAction*>("MnDBCheck")->trigger();
+        w->findChild<QAction*>("MnDBCheck")->trigger();
         QCOMPARE(grid->rowCount(), 2);
         QCOMPARE(grid->item(0, 1)->text(), QString("PA0AA"));
         QCOMPARE(grid->item(1, 1)->text(), QString("PA0AA"));
         QVERIFY(!none->isVisible());
         QTest::keyClick(edit("Text3"), Qt::Key_Escape);
         QVERIFY(!frame->isVisible());
-        QVERIFY(w()->findChild<QWidget*>("Frame1")->isEnabled());
+        QVERIFY(w->findChild<QWidget*>("Frame1")->isEnabled());
     }
 };
 

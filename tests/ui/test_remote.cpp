@@ -20,18 +20,13 @@
 #include "platform/qt_dialogs.h"
 #include "platform/remote_server.h"
 #include "remote_client.h"
-#include "support/fakes.h"
-#include "support/temp_dir.h"
+#include "running_window.h"
 #include "ui/main_window.h"
 #include "ui/remote_binding.h"
-#include "ui/startup.h"
-#include "ui_support.h"
 
 using orv::platform::QtDialogs;
 using orv::test::RemoteClient;
-using orv::ui::MainWindow;
 using orv::ui::RemoteBinding;
-using orv::ui::Startup;
 
 namespace {
 
@@ -46,20 +41,13 @@ public:
 
 } // namespace
 
-class TestRemote : public QObject {
+class TestRemote : public QObject, public orv::test::RunningWindow {
     Q_OBJECT
 
 private:
-    orv::test::FakeClock clock;
-    orv::test::CountingBeeper beeper;
-    QtDialogs dialogs;
-    std::unique_ptr<orv::test::TempDir> dir;
-    std::unique_ptr<Startup> app;
-    MainWindow* w = nullptr;
     RemoteBinding* remote = nullptr;
     quint16 port = 0;
 
-    QLineEdit* edit(const char* name) { return w->findChild<QLineEdit*>(name); }
     QString logPath() const {
         return QString::fromStdString((*dir / "Logs" / "remote.sqlite").string());
     }
@@ -85,14 +73,7 @@ private:
 
 private slots:
     void init() {
-        QtDialogs::setRecording(true);
-        dir = std::make_unique<orv::test::TempDir>();
-        orv::test::writeFile(*dir / "OrvantaContest.INI", "[QB]\nEinverstanden=-1\n");
-        app = std::make_unique<Startup>(dir->path(), dialogs, clock, beeper);
-        app->runLogDialog = orv::test::createLog("remote");
-        app->endProgram = [] {};
-        QCOMPARE(app->run(), Startup::Outcome::Run);
-        w = app->window();
+        QVERIFY(start("remote"));
         remote = nullptr;
         bind();
         QVERIFY(remote->server().listening());
@@ -100,10 +81,7 @@ private slots:
     void cleanup() {
         delete remote;
         remote = nullptr;
-        app.reset();
-        dir.reset();
-        QtDialogs::setRecording(false);
-        QtDialogs::recorded().clear();
+        stop();
     }
 
     void readCommandsAnswerTheRow() {

@@ -17,17 +17,12 @@
 
 using namespace orv;
 
-namespace {
-test::SoundServer* server = nullptr;
-QString serverError;
-} // namespace
-
 class SoundTest : public QObject {
     Q_OBJECT
 private:
     // "TTTTT" at 12 WPM: a lead unit, then 2.7 s from the first edge to the last.
     std::filesystem::path toneFile(const QString& folder) {
-        const std::filesystem::path dir = server->path(folder).toStdString();
+        const std::filesystem::path dir = test::soundServer->path(folder).toStdString();
         std::filesystem::create_directories(dir);
         keying::BuildToneFile(12, dir / "FKey.wav", "TTTTT", 1, 0);
         return dir / "FKey.wav";
@@ -42,11 +37,13 @@ private:
     }
 
 private slots:
-    void initTestCase() { QVERIFY2(serverError.isEmpty(), qPrintable(serverError)); }
+    void initTestCase() {
+        QVERIFY2(test::soundServerError.isEmpty(), qPrintable(test::soundServerError));
+    }
 
     void playerPlaysAToneFileIntoTheSoundCard() {
         const auto file = toneFile("CW Audio"); // a path with a blank
-        const QString recording = server->path("played.wav");
+        const QString recording = test::soundServer->path("played.wav");
         QProcess parec;
         parec.start("parec",
                     {QString("--device=%1.monitor").arg(test::SoundServer::kSink), "--rate=16000",
@@ -72,7 +69,7 @@ private slots:
 
     void recorderSavesWhatTheSoundCardHears() {
         const auto file = toneFile("tones");
-        const std::filesystem::path audio = server->path("Audio").toStdString();
+        const std::filesystem::path audio = test::soundServer->path("Audio").toStdString();
         std::filesystem::create_directories(audio);
         platform::QtAudioRecorder recorder;
         test::FakeDialogs dialogs;
@@ -91,13 +88,13 @@ private slots:
     }
 
     void aFileThatCannotPlayHasEndedAtOnce() {
-        const QString bad = server->path("not sound.wav");
+        const QString bad = test::soundServer->path("not sound.wav");
         QFile f(bad);
         QVERIFY(f.open(QIODevice::WriteOnly));
         f.write("this is no wave file");
         f.close();
         platform::QtMediaPlayer player;
-        for (const QString& path : {bad, server->path("missing.wav")}) {
+        for (const QString& path : {bad, test::soundServer->path("missing.wav")}) {
             const long length = keying::playFile(player, path.toStdString());
             QCOMPARE(length, 0L);
             QVERIFY(keying::playerAtEnd(player, length));
@@ -108,13 +105,7 @@ private slots:
 };
 
 int main(int argc, char** argv) {
-    test::SoundServer s;
-    server = &s;
-    serverError = s.start(); // before Qt Multimedia first looks for a sound server
-    platform::chooseMediaBackend();
-    QApplication app(argc, argv);
-    SoundTest t;
-    return QTest::qExec(&t, argc, argv);
+    return test::runWithSoundServer<SoundTest>(argc, argv);
 }
 
 #include "test_sound.moc"

@@ -19,10 +19,11 @@
 #include "core/reference/country_list.h"
 #include "core/settings/ini_file.h"
 #include "core/settings/settings.h"
-#include "core/util/sqlite.h"
+#include "core/submission/submission_support.h"
 #include "platform/qt_dialogs.h"
 #include "support/fakes.h"
 #include "support/temp_dir.h"
+#include "support/text_output.h"
 #include "ui/edi_dialog.h"
 #include "ui/evaluation_window.h"
 #include "ui/group_change_dialog.h"
@@ -34,9 +35,12 @@
 #include "ui/startup.h"
 #include "ui/stats_window.h"
 #include "ui/submission_menus.h"
+#include "ui_support.h"
 
 using orv::Answer;
 using orv::platform::QtDialogs;
+using orv::test::addRows;
+using orv::test::said;
 using orv::ui::EdiDialog;
 using orv::ui::EvaluationWindow;
 using orv::ui::SubmissionHooks;
@@ -45,37 +49,13 @@ namespace {
 
 constexpr int k144 = 1;
 
+// A QSO whose received serial is its number.
 orv::QsoRow qso(std::int64_t nr, std::string call, std::string locator, std::int64_t qrb,
                 std::string when, bool errQso = false) {
-    orv::QsoRow q;
-    q.call = std::move(call);
-    q.locator = std::move(locator);
-    q.qrg = 144;
-    q.datTime = orv::DateTime::fromStorage(when).value();
-    q.rstGeg = "59";
-    q.qsoNr = nr;
-    q.rstErh = "59" + std::string(nr < 10 ? "00" : "0") + std::to_string(nr);
-    q.qrb = qrb;
-    q.mod = "SSB";
-    q.modRx = "SSB";
-    q.errQso = errQso;
-    return q;
-}
-
-// Stores the rows with the totals a commit writes: points of the live rows,
-// the ODX and its number.
-void addRows(orv::ContestLog& log, int band, const std::vector<orv::QsoRow>& rows) {
-    orv::BandTotals t = log.totals(band);
-    for (const orv::QsoRow& q : rows) {
-        if (!q.errQso) {
-            t.pGesamt += q.qrb;
-            if (q.qrb > t.odx) {
-                t.odx = q.qrb;
-                t.odxNr = q.qsoNr;
-            }
-        }
-        log.addQso(band, q, t);
-    }
+    const orv::QsoRow q =
+        orv::test::qso(nr, std::move(call), std::move(locator), qrb, std::move(when), "SSB", "SSB",
+                       "59", "59" + std::string(nr < 10 ? "00" : "0") + std::to_string(nr));
+    return errQso ? orv::test::deleted(q) : q;
 }
 
 // Four QSOs on 2 m under the band weight 2: a deleted one in third place and
@@ -88,21 +68,6 @@ const std::vector<orv::QsoRow>& smallLog() {
         qso(4, "OE3XYZ", "JN88EF", 950, "2026-05-02 12:04:00"),
     };
     return rows;
-}
-
-std::vector<std::string> crlfLines(const std::string& s) {
-    std::vector<std::string> out;
-    std::size_t a = 0;
-    while (a < s.size()) {
-        const std::size_t e = s.find("\r\n", a);
-        if (e == std::string::npos) {
-            out.push_back(s.substr(a));
-            break;
-        }
-        out.push_back(s.substr(a, e - a));
-        a = e + 2;
-    }
-    return out;
 }
 
 QString cell(QTableWidget* g, int r, int c) {
@@ -147,13 +112,14 @@ private:
         }
         void makeLog(const std::string& name, const std::vector<orv::QsoRow>& rows,
                      const std::string& call = "OE1ABC") {
-            orv::NewLogData d;
-            d.myCall = call;
-            d.myLocator = "JN78DF";
-            d.contName = "Test Contest";
-            d.zaehl = {1, 2, 1, 1, 1, 1, 1, 1, 1, 1};
-            orv::ContestLog log = orv::ContestLog::create(paths.logFile(name), d);
+            orv::ContestLog log =
+                orv::test::makeLog(paths.logsPath(), {1, 2, 1, 1, 1, 1, 1, 1, 1, 1}, name, call);
             addRows(log, k144, rows);
+        }
+        // Replaces the settings file and reads it anew.
+        void useSettings(const std::string& content) {
+            orv::test::writeFile(paths.iniPath(), content);
+            settings = std::make_unique<orv::Settings>(orv::IniFile(paths.iniPath()));
         }
     };
 
@@ -166,6 +132,19 @@ private:
     static QString label(QWidget* w, const char* name) {
         auto* l = w->findChild<QLabel*>(name);
         return l ? l->text() : QString("<no %1>").arg(name);
+    }
+
+    // The group change dialog as a user fills it: QSOs from..to, option 8
+    // (the time) moved by half an hour, then Command1.
+    static std::function<int(QDialog&)> addHalfAnHour(const char* from, const char* to) {
+        return [from, to](QDialog& d) {
+            d.findChild<QLineEdit*>("Text1")->setText(from);
+            d.findChild<QLineEdit*>("Text2")->setText(to);
+            d.findChild<QRadioButton*>("Option1(8)")->click();
+            d.findChild<QLineEdit*>("Text3")->setText("0:30");
+            QTest::mouseClick(d.findChild<QPushButton*>("Command1"), Qt::LeftButton);
+            return 0;
+        };
     }
 
 private slots:
@@ -220,8 +199,7 @@ private slots:
         // The locator caption shows the list sorted; the square caption opens
         // the square window over the band's Grossfelder.
         w->findChild<QPushButton*>("LabelLocatoren")->click();
-        QCOMPARE(QString::fromStdString(QtDialogs::recorded().back()),
-                 QString("JN58TD, JN88EF, JO70AB"));
+        QCOMPARE(said(), QString("JN58TD, JN88EF, JO70AB"));
         w->findChild<QPushButton*>("LabelGrossfelder")->click();
         auto* squares = w->findChild<orv::ui::SquareWindow*>();
         QVERIFY(squares);
@@ -241,10 +219,7 @@ private slots:
 
     void choosingAnOldLogShowsTheVersionMessage() {
         Station s;
-        {
-            orv::sql::Db db(s.paths.logFile("Alt").string());
-            db.exec("CREATE TABLE \"144MHz\" (\"Call\" TEXT, \"ErrQSO\" BOOLEAN)");
-        }
+        orv::test::writeOldLog(s.paths.logFile("Alt"));
         auto w = window(s);
         auto* logs = w->findChild<QComboBox*>("Combo2");
         QCOMPARE(logs->count(), 2);
@@ -319,7 +294,7 @@ private slots:
 
         const auto file = s.dir / "entry.EDI";
         QVERIFY(std::filesystem::exists(file));
-        const auto lines = crlfLines(orv::test::readFile(file));
+        const auto lines = orv::test::splitLines(orv::test::readFile(file), "\r\n");
         QCOMPARE(QString::fromStdString(lines.front()), QString("[REG1TEST;1]"));
         auto has = [&](const std::string& l) {
             return std::find(lines.begin(), lines.end(), l) != lines.end();
@@ -357,9 +332,7 @@ private slots:
         s.makeLog("Zwei", {});
         orv::ContestLog log = orv::ContestLog::open(s.paths.logFile("Test")).value();
         addRows(log, 2, {qso(1, "OK2AB", "JN89AA", 100, "2026-05-02 13:00:00")});
-        orv::test::writeFile(s.paths.iniPath(), "[QB]\nEinverstanden=-1\n"
-                                                "[EDiExport435 MHz]\nVo4=Graz\nVo8=\n");
-        s.settings = std::make_unique<orv::Settings>(orv::IniFile(s.paths.iniPath()));
+        s.useSettings("[QB]\nEinverstanden=-1\n[EDiExport435 MHz]\nVo4=Graz\nVo8=\n");
         auto w = window(s);
         EdiDialog d(*s.settings, s.texts, dialogs, s.paths, k144,
                     [&](int b) { return w->evaluateBand(b); });
@@ -406,16 +379,14 @@ private slots:
         d.findChild<QLineEdit*>("Text1(11)")->setText("32.13.2026");
         d.writeFile();
         QVERIFY(!asked);
-        QCOMPARE(QString::fromStdString(QtDialogs::recorded().back()),
-                 QString::fromStdString(s.texts(13)));
+        QCOMPARE(said(), QString::fromStdString(s.texts(13)));
         // An empty band gives the band and "Log Leer!" instead of the dialog.
         w->evaluateBand(0);
         bool opened = false;
         SubmissionHooks::runModal = [&](QDialog&) { return opened = true; };
         QTest::mouseClick(w->findChild<QPushButton*>("Command2"), Qt::LeftButton);
         QVERIFY(!opened);
-        QCOMPARE(QString::fromStdString(QtDialogs::recorded().back()),
-                 QString::fromStdString("50 " + s.texts(202)));
+        QCOMPARE(said(), QString::fromStdString("50 " + s.texts(202)));
     }
 
     void adifAndTextExports() {
@@ -439,7 +410,7 @@ private slots:
         QVERIFY(adif.find("<CALL:6>DL1ABC") != std::string::npos);
         QVERIFY(adif.find("<FREQ:7>144.300") != std::string::npos);
         QVERIFY(adif.find("SP9ZZ") == std::string::npos); // deleted: left out
-        QCOMPARE(QString::fromStdString(QtDialogs::recorded().back()),
+        QCOMPARE(said(),
                  QString::fromStdString(s.texts(183) + "\n" + (s.dir / "all.ADI").string()));
 
         // Cancel on the statistics question writes nothing.
@@ -447,8 +418,7 @@ private slots:
         QtDialogs::queueAnswer(Answer::Cancel);
         QTest::mouseClick(w->findChild<QPushButton*>("Command4"), Qt::LeftButton);
         QVERIFY(!std::filesystem::exists(s.dir / "list.TXT"));
-        QCOMPARE(QString::fromStdString(QtDialogs::recorded().back()),
-                 QString::fromStdString(s.texts(400)));
+        QCOMPARE(said(), QString::fromStdString(s.texts(400)));
         QtDialogs::queueAnswer(Answer::No);
         QTest::mouseClick(w->findChild<QPushButton*>("Command4"), Qt::LeftButton);
         const std::string listing = orv::test::readFile(s.dir / "list.TXT");
@@ -467,8 +437,7 @@ private slots:
         QtDialogs::queueAnswer(Answer::Yes);
         w->close();
         QCOMPARE(reloads, 1);
-        QCOMPARE(QString::fromStdString(QtDialogs::recorded().back()),
-                 QString::fromStdString(s.texts(260)));
+        QCOMPARE(said(), QString::fromStdString(s.texts(260)));
         // Opened again, nothing changes any more, and nothing is asked.
         QtDialogs::recorded().clear();
         auto again = window(s);
@@ -506,10 +475,7 @@ private slots:
         // A folder of old logs only lists nothing.
         const auto old = s.dir / "old";
         std::filesystem::create_directories(old);
-        {
-            orv::sql::Db db((old / "Alt.sqlite").string());
-            db.exec("CREATE TABLE \"144MHz\" (\"Call\" TEXT, \"ErrQSO\" BOOLEAN)");
-        }
+        orv::test::writeOldLog(old / "Alt.sqlite");
         SubmissionHooks::chooseFolder = [&](QWidget*, const QString&,
                                             const std::filesystem::path&) { return old; };
         QTest::mouseClick(st.findChild<QPushButton*>("Command1"), Qt::LeftButton);
@@ -518,9 +484,7 @@ private slots:
 
     void groupChangeOptionsPrepareTheValue() {
         Station s;
-        orv::test::writeFile(s.paths.iniPath(), "[QB]\nEinverstanden=-1\nOPCall=DL2OPB\n"
-                                                "[OPCallList]\nDL1OPA\nDL2OPB\n");
-        s.settings = std::make_unique<orv::Settings>(orv::IniFile(s.paths.iniPath()));
+        s.useSettings("[QB]\nEinverstanden=-1\nOPCall=DL2OPB\n[OPCallList]\nDL1OPA\nDL2OPB\n");
         orv::ContestLog log = orv::ContestLog::open(s.paths.logFile("Test")).value();
         orv::ui::GroupChangeDialog d(log, k144, *s.settings, s.texts, dialogs, beeper);
         auto* list = d.findChild<QComboBox*>("Combo1");
@@ -557,8 +521,7 @@ private slots:
         QVERIFY(!d.apply());
         QCOMPARE(beeper.beeps, beeps + 1);
         QCOMPARE(changedBand, -1);
-        QCOMPARE(QString::fromStdString(QtDialogs::recorded().back()),
-                 QString::fromStdString(s.texts(14)));
+        QCOMPARE(said(), QString::fromStdString(s.texts(14)));
         QCOMPARE(log.findByQsoNr(k144, 2)->datTime.toStorage(), std::string("2026-05-02 12:02:00"));
     }
 
@@ -569,15 +532,7 @@ private slots:
         orv::test::TempDir dir;
         orv::test::writeFile(dir / "OrvantaContest.INI", "[QB]\nEinverstanden=-1\n");
         orv::ui::Startup s(dir.path(), dialogs, clock, beeper);
-        s.runLogDialog = [](orv::ui::LogDialog& d) {
-            d.findChild<QComboBox*>("Text1")->setEditText("dl0xyz");
-            d.findChild<QLineEdit*>("Text2")->setText("JO62QM");
-            d.findChild<QComboBox*>("Combo4")->setEditText("Test contest");
-            d.findChild<QComboBox*>("Combo1")->setCurrentIndex(1);
-            QtDialogs::queueInput(std::string("Nacht"));
-            d.newLog();
-            return d.result() == QDialog::Accepted;
-        };
+        s.runLogDialog = orv::test::createLog("Nacht");
         QCOMPARE(s.run(), orv::ui::Startup::Outcome::Run);
         orv::ui::MainWindow* w = s.window();
         QCOMPARE(w->currentBand(), k144);
@@ -590,28 +545,13 @@ private slots:
 
         // A range in the wrong order is refused and changes nothing.
         QtDialogs::recorded().clear();
-        SubmissionHooks::runModal = [&](QDialog& d) {
-            d.findChild<QLineEdit*>("Text1")->setText("3");
-            d.findChild<QLineEdit*>("Text2")->setText("2");
-            d.findChild<QRadioButton*>("Option1(8)")->click();
-            d.findChild<QLineEdit*>("Text3")->setText("0:30");
-            QTest::mouseClick(d.findChild<QPushButton*>("Command1"), Qt::LeftButton);
-            return 0;
-        };
+        SubmissionHooks::runModal = addHalfAnHour("3", "2");
         w->findChild<QAction*>("MnGruppenAendern")->trigger();
-        QCOMPARE(QString::fromStdString(QtDialogs::recorded().back()),
-                 QString::fromStdString(s.texts()(225)));
+        QCOMPARE(said(), QString::fromStdString(s.texts()(225)));
         QCOMPARE(s.log()->findByQsoNr(k144, 2)->datTime.toStorage(),
                  std::string("2026-05-02 23:45:00"));
 
-        SubmissionHooks::runModal = [&](QDialog& d) {
-            d.findChild<QLineEdit*>("Text1")->setText("2");
-            d.findChild<QLineEdit*>("Text2")->setText("3");
-            d.findChild<QRadioButton*>("Option1(8)")->click();
-            d.findChild<QLineEdit*>("Text3")->setText("0:30");
-            QTest::mouseClick(d.findChild<QPushButton*>("Command1"), Qt::LeftButton);
-            return 0;
-        };
+        SubmissionHooks::runModal = addHalfAnHour("2", "3");
         w->findChild<QAction*>("MnGruppenAendern")->trigger();
         // The log file read on its own connection.
         orv::ContestLog file = orv::ContestLog::open(dir / "Logs" / "Nacht.sqlite").value();
@@ -661,8 +601,7 @@ private slots:
         QCOMPARE(lookup->readyImage()->size(), std::size_t{0});
         QtDialogs::queueAnswer(Answer::Yes);
         ev->close();
-        QCOMPARE(QString::fromStdString(QtDialogs::recorded().back()),
-                 QString::fromStdString(s.texts()(260)));
+        QCOMPARE(said(), QString::fromStdString(s.texts()(260)));
         QCOMPARE(lookup->readyImage()->size(), std::size_t{3});
     }
 };

@@ -1,6 +1,7 @@
 #pragma once
 
-// What the window tests share: the log chooser filled as a user fills it.
+// What the window tests share: the log chooser filled as a user fills it,
+// and what the message boxes said.
 #include <QComboBox>
 #include <QDialog>
 #include <QLineEdit>
@@ -24,6 +25,14 @@ inline std::function<bool(ui::LogDialog&)> createLog(const std::string& name) {
         d.newLog();
         return d.result() == QDialog::Accepted;
     };
+}
+
+// What a message box said, the last one or `fromEnd` before it; a marker
+// text when nothing was said.
+inline QString said(std::size_t fromEnd = 0) {
+    const auto& r = platform::QtDialogs::recorded();
+    return r.size() > fromEnd ? QString::fromStdString(r[r.size() - 1 - fromEnd])
+                              : QString("<nothing said>");
 }
 
 } // namespace orv::test

@@ -5,6 +5,7 @@
 #include <set>
 #include <string>
 
+#include "call_record_support.h"
 #include "core/app/app_paths.h"
 #include "core/reference/call_db.h"
 #include "core/reference/call_image.h"
@@ -13,6 +14,7 @@
 #include "support/temp_dir.h"
 
 using namespace orv;
+using test::rec;
 
 namespace {
 
@@ -22,13 +24,6 @@ struct Fixture {
     test::TempDir dir;
     AppPaths paths{dir.path()};
 };
-
-CallRecord rec(std::string call, std::string loc) {
-    CallRecord r;
-    r.Call = std::move(call);
-    r.Locator = std::move(loc);
-    return r;
-}
 
 } // namespace
 

@@ -4,22 +4,14 @@
 #include <string>
 #include <vector>
 
+#include "call_record_support.h"
 #include "core/reference/call_image.h"
 #include "core/util/text.h"
 
 using namespace orv;
+using test::rec;
 
 namespace {
-
-CallRecord rec(std::string call, std::string loc, std::array<std::int32_t, kBandCount> c = {},
-               std::optional<DateTime> last = std::nullopt) {
-    CallRecord r;
-    r.Call = std::move(call);
-    r.Locator = std::move(loc);
-    r.counters = c;
-    r.LastDate = last;
-    return r;
-}
 
 std::vector<std::string> calls(const QBDatImage& img, const CallSearchResult& r) {
     std::vector<std::string> out;

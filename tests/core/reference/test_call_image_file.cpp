@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "call_record_support.h"
 #include "core/app/app_paths.h"
 #include "core/reference/call_image_file.h"
 #include "core/reference/call_image_loader.h"
@@ -13,20 +14,11 @@
 #include "support/temp_dir.h"
 
 using namespace orv;
+using test::rec;
 namespace fs = std::filesystem;
 using Verdict = CallImageFile::Verdict;
 
 namespace {
-
-CallRecord rec(std::string call, std::string loc, std::array<std::int32_t, kBandCount> c = {},
-               std::optional<DateTime> last = std::nullopt) {
-    CallRecord r;
-    r.Call = std::move(call);
-    r.Locator = std::move(loc);
-    r.counters = c;
-    r.LastDate = last;
-    return r;
-}
 
 // A call database in a data folder, with calls of several shapes and a
 // record whose counters do not fit the packed record.

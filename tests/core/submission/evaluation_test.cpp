@@ -2,7 +2,6 @@
 
 #include "core/logstore/schema.h"
 #include "core/submission/evaluation.h"
-#include "core/util/sqlite.h"
 #include "submission_support.h"
 
 using namespace orv;
@@ -159,10 +158,7 @@ TEST(Evaluation, CallWithoutCountryIsReported) {
 TEST(Evaluation, OldLogVersionIsRefused) {
     test::TempDir dir;
     const auto path = dir / "Old.sqlite";
-    {
-        sql::Db db(path.string());
-        db.exec("CREATE TABLE \"144MHz\" (\"Call\" TEXT, \"ErrQSO\" BOOLEAN)");
-    }
+    test::writeOldLog(path);
     const Result<Evaluation> r = evaluateLogFile(path, k144, nullptr);
     ASSERT_FALSE(r.ok());
     EXPECT_EQ(r.failure().text, 208);

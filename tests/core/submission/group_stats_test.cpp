@@ -150,10 +150,7 @@ TEST(LogStatistics, FolderListingAndSums) {
         test::addRows(b, 2, {q});
         ContestLog c = test::makeLog(folder, {1, 1, 1, 1, 1, 1, 1, 1, 1, 1}, "C", "OE9XYZ");
     }
-    {
-        sql::Db old((folder / "Old.sqlite").string());
-        old.exec("CREATE TABLE \"144MHz\" (\"Call\" TEXT, \"ErrQSO\" BOOLEAN)");
-    }
+    test::writeOldLog(folder / "Old.sqlite");
     test::writeFile(folder / "Broken.sqlite", "this is no database");
     test::writeFile(folder / "notes.txt", "x");
 

@@ -1,14 +1,15 @@
 #pragma once
 
-#include <gtest/gtest.h>
-
+#include <array>
 #include <filesystem>
 #include <memory>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
 #include "core/logstore/contest_log.h"
 #include "core/reference/country_list.h"
+#include "core/util/sqlite.h"
 #include "support/temp_dir.h"
 
 // Real contest logs in a temporary folder and the real country list, for the
@@ -68,6 +69,13 @@ inline ContestLog makeLog(const std::filesystem::path& folder,
     d.contName = "Test Contest";
     d.zaehl = zaehl;
     return ContestLog::create(folder / (name + ".sqlite"), d);
+}
+
+// A log file of an older program version: a band table without the
+// fields the program reads now.
+inline void writeOldLog(const std::filesystem::path& file) {
+    sql::Db db(file.string());
+    db.exec("CREATE TABLE \"144MHz\" (\"Call\" TEXT, \"ErrQSO\" BOOLEAN)");
 }
 
 // Stores the rows one after the other with the totals a commit would
