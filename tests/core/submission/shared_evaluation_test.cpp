@@ -1,6 +1,8 @@
 // A shared contest is evaluated and exported for the whole station: the own
 // rows and the other positions' QSOs held in the log file.
 
+#include <gtest/gtest.h>
+
 #include "core/shared/shared_store.h"
 #include "core/submission/adif.h"
 #include "core/submission/evaluation.h"
