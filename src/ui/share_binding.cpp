@@ -35,7 +35,8 @@ constexpr int kTitle = 1338, kPosition = 1339, kBand = 1340, kOperator = 1341, k
 
 ShareBinding::ShareBinding(MainWindow& window, Capture& capture, ContestLog& log,
                            const Texts& texts, const std::string& password)
-    : window_(window), capture_(capture), log_(log), texts_(texts), view_(log.db()) {
+    : window_(window), capture_(capture), log_(log), texts_(texts), view_(log.db()),
+      summaryReader_(log.path()) {
     setObjectName("ShareBinding");
     position_ = SharedStore(log.db()).setup().position;
     capture_.setOtherPositions(&view_);
@@ -75,6 +76,9 @@ ShareBinding::ShareBinding(MainWindow& window, Capture& capture, ContestLog& log
 }
 
 ShareBinding::~ShareBinding() {
+    // The summary's thread reads over a connection of its own: let it end.
+    if (summary_.valid())
+        summary_.wait();
     capture_.setOtherPositions(nullptr);
     worker_.reset();
     delete dock_;
@@ -104,20 +108,37 @@ void ShareBinding::refresh() {
         }
         ++r;
     }
-    SharedStore store(log_.db());
-    QString state = q(texts_(st.online ? kOnline : kOffline)) + "  " + q(texts_(kWaiting)) + ": " +
-                    QString::number(store.queuedCount());
+    linkState_ = q(texts_(st.online ? kOnline : kOffline));
+    if (!st.online && !st.lastError.empty())
+        linkState_ += "\n" + q(st.lastError);
+
+    // The figures run over the whole station's QSOs of the band, which can
+    // take longer than a key press may wait: on a thread, one at a time.
+    if (summary_.valid() &&
+        summary_.wait_for(std::chrono::seconds(0)) == std::future_status::ready) {
+        try {
+            showSummary(summary_.get());
+        } catch (const std::exception& e) {
+            state_->setText(linkState_ + "\n" + q(e.what()));
+        }
+    }
+    if (!summary_.valid())
+        summary_ = std::async(std::launch::async,
+                              [this, b = capture_.band()] { return summaryReader_.read(b); });
+}
+
+void ShareBinding::showSummary(const ShareSummary& s) {
+    QString state = linkState_ + "  " + q(texts_(kWaiting)) + ": " + QString::number(s.queued);
     std::set<long long> flagged;
-    if (capture_.band() >= 0) {
+    if (s.band >= 0 && s.band == capture_.band()) {
         // The whole station on this band: QSOs, km, ODX, large squares.
-        const StationFigures f = store.stationFigures(capture_.band());
+        const StationFigures& f = s.figures;
         state += "\n" + q(texts_(kStation)) + " " + QString::number(f.qsos) + " QSO, " +
                  QString::number(f.km) + " km, ODX " + QString::number(f.odx) + " km, " +
                  QString::number(f.squares) + " " + q(texts_(kSquares));
-        const auto doubles = store.doubleSerials(capture_.band());
-        if (!doubles.empty()) {
+        if (!s.doubles.empty()) {
             QStringList nrs;
-            for (const auto& d : doubles) {
+            for (const auto& d : s.doubles) {
                 nrs << QString::number(d.qsoNr);
                 flagged.insert(d.qsoNr);
             }
@@ -125,12 +146,9 @@ void ShareBinding::refresh() {
         }
     }
     window_.logGrid().setFlaggedNumbers(std::move(flagged));
-    if (!st.online && !st.lastError.empty())
-        state += "\n" + q(st.lastError);
     state_->setText(state);
-    const auto count = store.conflicts().size();
-    conflicts_->setText(q(texts_(kConflicts)) + " " + QString::number(count));
-    conflicts_->setEnabled(count > 0);
+    conflicts_->setText(q(texts_(kConflicts)) + " " + QString::number(s.conflicts));
+    conflicts_->setEnabled(s.conflicts > 0);
 }
 
 void ShareBinding::bandChosen(int b) {

@@ -6,9 +6,11 @@
 // the warning when the band chosen is held by another position.
 
 #include <QObject>
+#include <future>
 #include <memory>
 #include <string>
 
+#include "core/shared/share_summary.h"
 #include "core/shared/station_view.h"
 
 class QDockWidget;
@@ -37,7 +39,9 @@ public:
 
     // A local change was committed: send it soon.
     void nudge();
-    // The panel from the worker's last status (the timer does it twice a second).
+    // The panel from the worker's last status (the timer does it twice a
+    // second); the figures read from the file come a moment later, from a
+    // thread beside the window.
     void refresh();
     // The conflict list; the operator keeps either version of each QSO.
     void showConflicts();
@@ -46,6 +50,7 @@ public:
 
 private:
     void bandChosen(int band);
+    void showSummary(const ShareSummary& s);
 
     MainWindow& window_;
     Capture& capture_;
@@ -59,6 +64,9 @@ private:
     QLabel* state_ = nullptr;
     QPushButton* conflicts_ = nullptr;
     QTimer* timer_ = nullptr;
+    ShareSummaryReader summaryReader_;
+    std::future<ShareSummary> summary_;
+    QString linkState_;
 };
 
 } // namespace orv::ui
