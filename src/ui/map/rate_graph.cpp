@@ -75,10 +75,18 @@ protected:
         p.drawText(QRectF(0, area.top() - 6, 38, 14), Qt::AlignRight, QString::number(top));
         p.drawText(QRectF(area.right() + 4, area.top() - 6, 48, 14), Qt::AlignLeft,
                    QString::number(topPoints));
-        p.drawText(QRectF(area.left(), area.bottom() + 4, 120, 14), Qt::AlignLeft,
-                   q(all.front().start.timeHM()));
-        p.drawText(QRectF(area.right() - 120, area.bottom() + 4, 120, 14), Qt::AlignRight,
-                   q(all.back().start.timeHM()));
+        // The first interval, then every whole hour with room beside the one
+        // before, each with its tick.
+        double lastLabel = -1e9;
+        for (std::size_t i = 0; i < all.size(); ++i) {
+            const double x = area.left() + w * static_cast<double>(i);
+            if (i > 0 && (all[i].start.minute != 0 || x - lastLabel < 48))
+                continue;
+            p.drawLine(QPointF(x, area.bottom()), QPointF(x, area.bottom() + 3));
+            p.drawText(QRectF(x - 2, area.bottom() + 4, 44, 14), Qt::AlignLeft,
+                       q(all[i].start.timeHM()));
+            lastLabel = x;
+        }
         // The legend.
         const QString legend = q(g_.texts_(1281)) + ": " + q(g_.texts_(1284)) + " / " +
                                q(g_.texts_(1283)) + "    " + q(g_.texts_(1282)) + "    " +
