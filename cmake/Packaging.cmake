@@ -23,8 +23,11 @@ set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
 set(CPACK_DEBIAN_PACKAGE_SECTION hamradio)
 set(CPACK_DEBIAN_PACKAGE_PRIORITY optional)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
-# The country list comes from the Debian package that keeps CTY.DAT current.
-set(CPACK_DEBIAN_PACKAGE_RECOMMENDS hamradio-files)
+# The country list comes from the Debian package that keeps CTY.DAT current,
+# the map's coastlines and borders from GSHHG; a shared contest meets on a
+# PostgreSQL server, which one machine of the station runs.
+set(CPACK_DEBIAN_PACKAGE_RECOMMENDS "hamradio-files, gmt-gshhg-low")
+set(CPACK_DEBIAN_PACKAGE_SUGGESTS postgresql)
 
 # A native package carries its changelog, in Debian's format, compressed.
 configure_file(data/package/changelog.in ${PROJECT_BINARY_DIR}/package/changelog @ONLY)

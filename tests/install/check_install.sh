@@ -119,9 +119,11 @@ file -b "$shot" 2>/dev/null | grep -qE '^PNG image data, [0-9]{3,} x [0-9]{3,},'
 deb=$(ls "$work"/pkg/*.deb 2>/dev/null | head -n1)
 if [ -n "$deb" ]; then
     depends=$(dpkg-deb -f "$deb" Depends)
-    for lib in libqt6widgets6 libsqlite3-0 libcurl4; do
+    for lib in libqt6widgets6 libqt6svg6 libsqlite3-0 libcurl4 libpq5 libnetcdf; do
         grep -q "$lib" <<<"$depends" || fail "package does not depend on $lib: $depends"
     done
+    dpkg-deb -f "$deb" Recommends | grep -q gmt-gshhg-low ||
+        fail "package does not recommend the coastlines: $(dpkg-deb -f "$deb" Recommends)"
     in_deb=$(dpkg-deb -c "$deb" | awk '$1 !~ /^d/ {print $NF}' | sed 's|^\./usr/||' | sort)
     in_prefix=$(cd "$prefix" && find . -type f ! -name Shipped.lng | sed 's|^\./||' | sort)
     [ "$in_deb" = "$in_prefix" ] ||
