@@ -108,44 +108,11 @@ struct Program {
     }
 };
 
-std::string nthCall(int n) {
-    std::string c = "OK1";
-    for (int i = 0; i < 3; ++i, n /= 26)
-        c += static_cast<char>('A' + n % 26);
-    return c;
-}
-
 // Types calls key by key (measured) and logs each (not measured).
 void typeAndLog(benchmark::State& state, Program& p) {
     ui::MainWindow* w = p.startup->window();
-    auto* call = w->findChild<QLineEdit*>("Text3");
-    auto* rcvd = w->findChild<QLineEdit*>("Text6");
-    auto* locator = w->findChild<QLineEdit*>("Text7");
-    call->setFocus(Qt::OtherFocusReason);
-    QApplication::processEvents();
-    std::vector<double> ms;
     int qso = 0;
-    std::string text = nthCall(qso++);
-    std::size_t pos = 0;
-    for (auto _ : state) {
-        const auto t0 = Clock_::now();
-        QTest::keyClick(call, text[pos]);
-        QApplication::processEvents();
-        const double sec = std::chrono::duration<double>(Clock_::now() - t0).count();
-        state.SetIterationTime(sec);
-        ms.push_back(sec * 1000);
-        if (++pos == text.size()) {
-            state.PauseTiming();
-            rcvd->setText("59001");
-            locator->setText("JO62QM");
-            QTest::keyClick(locator, Qt::Key_Return);
-            QApplication::processEvents();
-            call->setFocus(Qt::OtherFocusReason);
-            text = nthCall(qso++);
-            pos = 0;
-            state.ResumeTiming();
-        }
-    }
+    const std::vector<double> ms = bench::typeCallsAndLog(state, *w, qso);
     bench::reportPercentiles(state, ms);
     state.counters["qsos"] = static_cast<double>(p.startup->log()->rowCount(k144));
 }

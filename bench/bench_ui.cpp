@@ -196,14 +196,6 @@ void BM_KeyPressLocatorFieldMapOpen(benchmark::State& state) {
     QApplication::processEvents();
 }
 
-// A new call for each QSO, so that none is a duplicate.
-std::string nthCall(int n) {
-    std::string c = "OK1";
-    for (int i = 0; i < 3; ++i, n /= 26)
-        c += static_cast<char>('A' + n % 26);
-    return c;
-}
-
 // Calls are typed key by key (measured); after each call the QSO is logged
 // with its report and locator (not measured), which with the backup on asks
 // for a copy that runs while the next call is typed.
@@ -221,35 +213,9 @@ void BM_KeyPressWhileLogging(benchmark::State& state) {
     st.set(keys::SichernungsArt, false);
     st.set(keys::SichernungAN, state.range(0) ? 1 : 0);
     backup->LadeSichernOptionen();
-    auto* call = w->findChild<QLineEdit*>("Text3");
-    auto* rcvd = w->findChild<QLineEdit*>("Text6");
-    auto* locator = w->findChild<QLineEdit*>("Text7");
-    call->setFocus(Qt::OtherFocusReason);
-    QApplication::processEvents();
     static int qso = 0;
     const auto rowsBefore = p.startup->log()->rowCount(k144);
-    std::vector<double> ms;
-    std::string text = nthCall(qso++);
-    std::size_t pos = 0;
-    for (auto _ : state) {
-        const auto t0 = Clock_::now();
-        QTest::keyClick(call, text[pos]);
-        QApplication::processEvents();
-        const double sec = std::chrono::duration<double>(Clock_::now() - t0).count();
-        state.SetIterationTime(sec);
-        ms.push_back(sec * 1000);
-        if (++pos == text.size()) {
-            state.PauseTiming();
-            rcvd->setText("59001");
-            locator->setText("JO62QM");
-            QTest::keyClick(locator, Qt::Key_Return);
-            QApplication::processEvents();
-            call->setFocus(Qt::OtherFocusReason);
-            text = nthCall(qso++);
-            pos = 0;
-            state.ResumeTiming();
-        }
-    }
+    const std::vector<double> ms = bench::typeCallsAndLog(state, *w, qso);
     backup->waitIdle();
     st.set(keys::SichernungAN, 0);
     backup->LadeSichernOptionen();

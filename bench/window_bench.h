@@ -6,7 +6,11 @@
 #include <benchmark/benchmark.h>
 
 #include <QApplication>
+#include <QLineEdit>
+#include <QTest>
+#include <QWidget>
 #include <algorithm>
+#include <chrono>
 #include <cstdlib>
 #include <filesystem>
 #include <functional>
@@ -45,6 +49,50 @@ inline std::filesystem::path tempFolder(const std::string& name) {
     if (!mkdtemp(t.data()))
         std::abort();
     return t;
+}
+
+// A new call for each QSO, so that none is a duplicate.
+inline std::string nthCall(int n) {
+    std::string c = "OK1";
+    for (int i = 0; i < 3; ++i, n /= 26)
+        c += static_cast<char>('A' + n % 26);
+    return c;
+}
+
+// Calls typed key by key into `Text3` of the window, each key press measured
+// with the events it causes; after each call the QSO is logged with its
+// report and locator (not measured). `qso` numbers the calls across runs.
+// Returns the key presses in ms.
+inline std::vector<double> typeCallsAndLog(benchmark::State& state, QWidget& window, int& qso) {
+    using Steady = std::chrono::steady_clock;
+    auto* call = window.findChild<QLineEdit*>("Text3");
+    auto* rcvd = window.findChild<QLineEdit*>("Text6");
+    auto* locator = window.findChild<QLineEdit*>("Text7");
+    call->setFocus(Qt::OtherFocusReason);
+    QApplication::processEvents();
+    std::vector<double> ms;
+    std::string text = nthCall(qso++);
+    std::size_t pos = 0;
+    for (auto _ : state) {
+        const auto t0 = Steady::now();
+        QTest::keyClick(call, text[pos]);
+        QApplication::processEvents();
+        const double sec = std::chrono::duration<double>(Steady::now() - t0).count();
+        state.SetIterationTime(sec);
+        ms.push_back(sec * 1000);
+        if (++pos == text.size()) {
+            state.PauseTiming();
+            rcvd->setText("59001");
+            locator->setText("JO62QM");
+            QTest::keyClick(locator, Qt::Key_Return);
+            QApplication::processEvents();
+            call->setFocus(Qt::OtherFocusReason);
+            text = nthCall(qso++);
+            pos = 0;
+            state.ResumeTiming();
+        }
+    }
+    return ms;
 }
 
 inline int runWindowBenchmarks(int argc, char** argv, const std::function<void()>& endProgram) {
