@@ -36,7 +36,6 @@ constexpr int kNever = 1333;
 constexpr int kHere = 1334;
 constexpr int kServer = 1335;
 constexpr int kDoubles = 1336;
-constexpr int kStillWaiting = 1337;
 constexpr int kLogExists = 1356;
 
 // --server and --position, checked; the password of --password-file goes to
@@ -135,8 +134,7 @@ int runShare(Context& ctx, const Args& args) {
     const ShareRound r = shareRound(ctx, opened->log.path());
     printRound(ctx, r);
     if (!r.reached)
-        ctx.err << ctx.texts(kStillWaiting) << " " << ctx.texts(r.textRow) << " " << r.detail
-                << "\n";
+        ctx.err << stillWaiting(ctx, r) << "\n";
     return kOk;
 }
 

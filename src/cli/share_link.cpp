@@ -19,6 +19,13 @@ constexpr int kNotBuiltIn = 1332;
 constexpr int kStillWaiting = 1337;
 } // namespace
 
+std::string stillWaiting(Context& ctx, const ShareRound& r) {
+    std::string line = ctx.texts(kStillWaiting);
+    if (r.textRow != kUnreachable)
+        line += " " + ctx.texts(r.textRow);
+    return line + " " + r.detail;
+}
+
 bool sharingBuiltIn() {
 #ifdef ORVANTA_HAVE_PG
     return true;
@@ -76,8 +83,7 @@ void sendQueuedChanges(Context& ctx) {
             const ShareRound r = shareRound(ctx, path);
             if (!r.reached) {
                 sql::Db db(path.string(), sql::Db::Mode::ReadOnly);
-                ctx.err << ctx.texts(kStillWaiting) << " " << SharedStore(db).queuedCount() << " ("
-                        << ctx.texts(r.textRow) << " " << r.detail << ")\n";
+                ctx.err << stillWaiting(ctx, r) << " (" << SharedStore(db).queuedCount() << ")\n";
             }
         } catch (const std::exception& e) {
             ctx.err << ctx.texts(kStillWaiting) << " " << e.what() << "\n";

@@ -21,6 +21,10 @@ struct ShareRound {
     std::string detail;
 };
 
+// "Changes wait in the log" and why the round stopped, in one line; an
+// unreachable server is said once.
+std::string stillWaiting(Context& ctx, const ShareRound& r);
+
 // Whether the tool can reach a server at all (built with libpq).
 bool sharingBuiltIn();
 
