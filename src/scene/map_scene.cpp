@@ -269,6 +269,11 @@ void MapScene::paintOverlay(QPainter& p) const {
         p.setBrush(kBeam);
         p.drawPath(wedge);
     }
+    // The own station, where every bearing starts.
+    p.setPen(QPen(Qt::black, 2));
+    p.setBrush(Qt::NoBrush);
+    p.drawLine(c - QPointF(7, 0), c + QPointF(7, 0));
+    p.drawLine(c - QPointF(0, 7), c + QPointF(0, 7));
     if (typed_) {
         const QPointF to = toPixel(projection_.project(typed_->position));
         p.setPen(QPen(kTyped, 2));
