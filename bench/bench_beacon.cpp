@@ -57,6 +57,7 @@ using orv::bench::FixedClock;
 using orv::bench::percentile;
 using orv::bench::reportPercentiles;
 using orv::bench::tempFolder;
+using orv::bench::typeWords;
 
 constexpr int kRows = 5000;
 constexpr int k144 = 1;
@@ -244,33 +245,12 @@ const std::vector<std::string> kCalls = {"K19AB", "K7001AB", "DL1ABC", "K123", "
 
 void typeCalls(benchmark::State& state, bool withBeacon) {
     Program& p = program();
-    auto* field = p.window()->findChild<QLineEdit*>("Text3");
-    field->setFocus(Qt::OtherFocusReason);
     if (withBeacon)
         p.startBeacon();
-    std::vector<double> ms;
-    std::size_t word = 0, pos = 0;
-    for (auto _ : state) {
-        const std::string& w = kCalls[word];
-        const auto t0 = Clock_::now();
-        QTest::keyClick(field, w[pos]);
-        QApplication::processEvents();
-        const double s = std::chrono::duration<double>(Clock_::now() - t0).count();
-        state.SetIterationTime(s);
-        ms.push_back(s * 1000);
-        state.PauseTiming();
-        if (++pos == w.size()) {
-            field->clear();
-            pos = 0;
-            word = (word + 1) % kCalls.size();
-        }
-        // A fast typist's pace: 10 ms between keys, so that the presses
-        // spread over several rounds of the beacon and meet their ends.
-        const auto until = Clock_::now() + std::chrono::milliseconds(10);
-        while (Clock_::now() < until)
-            QApplication::processEvents(QEventLoop::AllEvents, 1);
-        state.ResumeTiming();
-    }
+    // A fast typist's pace: 10 ms between keys, so that the presses spread
+    // over several rounds of the beacon and meet their ends.
+    const std::vector<double> ms =
+        typeWords(state, p.window()->findChild<QLineEdit*>("Text3"), kCalls, 10);
     if (withBeacon) {
         state.counters["rounds"] = p.beacon->machine().count();
         p.stopBeacon();

@@ -166,10 +166,7 @@ BENCHMARK(BM_MapFullRedraw)->UseManualTime()->Iterations(60)->Unit(benchmark::kM
 BENCHMARK(BM_MapFirstDraw)->UseManualTime()->Iterations(10)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_MapBackground)->UseManualTime()->Iterations(60)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_MapBandLayer)->UseManualTime()->Iterations(60)->Unit(benchmark::kMillisecond);
-BENCHMARK(BM_BaselineFillAndRects)
-    ->UseManualTime()
-    ->Iterations(60)
-    ->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_BaselineFillAndRects)->UseManualTime()->Iterations(60)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_MapCommitUpdate)->UseManualTime()->Iterations(500)->Unit(benchmark::kMicrosecond);
 
 int main(int argc, char** argv) {

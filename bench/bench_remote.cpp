@@ -51,6 +51,7 @@ using orv::bench::FixedClock;
 using orv::bench::percentile;
 using orv::bench::reportPercentiles;
 using orv::bench::tempFolder;
+using orv::bench::typeWords;
 
 constexpr int kClients = 16;
 constexpr double kRate = 2000; // commands a second, all clients together
@@ -255,28 +256,7 @@ const std::vector<std::string> kCalls = {"K19AB", "K7001AB", "DL1ABC", "K123", "
 // One key every kKeyGapMs; the window's event loop runs in between, serving
 // the clients.
 void typeCalls(benchmark::State& state, std::vector<double>& ms) {
-    QLineEdit* field = theProgram->window()->findChild<QLineEdit*>("Text3");
-    field->setFocus(Qt::OtherFocusReason);
-    QApplication::processEvents();
-    std::size_t word = 0, pos = 0;
-    for (auto _ : state) {
-        QElapsedTimer gap;
-        gap.start();
-        while (gap.elapsed() < kKeyGapMs)
-            QApplication::processEvents(QEventLoop::AllEvents, 1);
-        const std::string& w = kCalls[word];
-        const auto t0 = Clock_::now();
-        QTest::keyClick(field, w[pos]);
-        QApplication::processEvents();
-        const double s = std::chrono::duration<double>(Clock_::now() - t0).count();
-        state.SetIterationTime(s);
-        ms.push_back(s * 1000);
-        if (++pos == w.size()) {
-            field->clear();
-            pos = 0;
-            word = (word + 1) % kCalls.size();
-        }
-    }
+    ms = typeWords(state, theProgram->window()->findChild<QLineEdit*>("Text3"), kCalls, kKeyGapMs);
     state.counters["key_p50_ms"] = percentile(ms, 0.50);
     state.counters["key_p99_ms"] = percentile(ms, 0.99);
     state.counters["key_max_ms"] = percentile(ms, 1.0);

@@ -39,6 +39,7 @@ using orv::bench::FixedClock;
 using orv::bench::percentile;
 using orv::bench::reportPercentiles;
 using orv::bench::tempFolder;
+using orv::bench::typeWords;
 
 struct Program {
     std::filesystem::path dir = tempFolder("rig");
@@ -92,31 +93,9 @@ const std::vector<std::string> kCalls = {"K19AB", "K7001AB", "DL1ABC", "K123", "
 
 void typeCalls(benchmark::State& state) {
     Program& p = program();
-    auto* field = p.startup->window()->findChild<QLineEdit*>("Text3");
-    field->setFocus(Qt::OtherFocusReason);
-    std::vector<double> ms;
-    std::size_t word = 0, pos = 0;
-    for (auto _ : state) {
-        const std::string& w = kCalls[word];
-        const auto t0 = Clock_::now();
-        QTest::keyClick(field, w[pos]);
-        QApplication::processEvents();
-        const double s = std::chrono::duration<double>(Clock_::now() - t0).count();
-        state.SetIterationTime(s);
-        ms.push_back(s * 1000);
-        state.PauseTiming();
-        if (++pos == w.size()) {
-            field->clear();
-            pos = 0;
-            word = (word + 1) % kCalls.size();
-        }
-        // Between keys the window's event loop runs, the link's timer with it.
-        const auto until = Clock_::now() + std::chrono::milliseconds(10);
-        while (Clock_::now() < until)
-            QApplication::processEvents(QEventLoop::AllEvents, 1);
-        state.ResumeTiming();
-    }
-    reportPercentiles(state, ms);
+    // Between keys the window's event loop runs, the link's timer with it.
+    reportPercentiles(
+        state, typeWords(state, p.startup->window()->findChild<QLineEdit*>("Text3"), kCalls, 10));
     state.counters["status_shown"] = p.label("RigStatus").isEmpty() ? 0 : 1;
     state.counters["dialogs"] = static_cast<double>(platform::QtDialogs::recorded().size());
 }

@@ -47,6 +47,7 @@ using orv::bench::FixedClock;
 using orv::bench::percentile;
 using orv::bench::reportPercentiles;
 using orv::bench::tempFolder;
+using orv::bench::typeWords;
 
 constexpr int kRows = 20000;
 constexpr int k144 = 1;
@@ -130,31 +131,9 @@ Program& program() {
     return *theProgram;
 }
 
-// Types `texts` into `field` in turn, one measured key press each; the field
-// is emptied (unmeasured) after each text.
+// Types `texts` into `field` in turn, one measured key press each.
 void typeInto(benchmark::State& state, QLineEdit* field, const std::vector<std::string>& texts) {
-    field->setFocus(Qt::OtherFocusReason);
-    QApplication::processEvents();
-    std::vector<double> ms;
-    std::size_t word = 0, pos = 0;
-    for (auto _ : state) {
-        const std::string& w = texts[word];
-        const auto t0 = Clock_::now();
-        QTest::keyClick(field, w[pos]);
-        QApplication::processEvents();
-        const double s = std::chrono::duration<double>(Clock_::now() - t0).count();
-        state.SetIterationTime(s);
-        ms.push_back(s * 1000);
-        if (++pos == w.size()) {
-            state.PauseTiming();
-            field->clear();
-            QApplication::processEvents();
-            pos = 0;
-            word = (word + 1) % texts.size();
-            state.ResumeTiming();
-        }
-    }
-    reportPercentiles(state, ms);
+    reportPercentiles(state, typeWords(state, field, texts));
 }
 
 const std::vector<std::string> kCalls = {"K19AB", "K7001AB", "DL1ABC", "K123", "OK1KHL"};

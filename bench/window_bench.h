@@ -51,6 +51,41 @@ inline std::filesystem::path tempFolder(const std::string& name) {
     return t;
 }
 
+// Types `words` into `field` in turn, one measured key press each (the key
+// event and the events it causes); the field is emptied after each word.
+// Between keys the window's event loop runs for `gapMs`, unmeasured, so that
+// the program's timers and sockets are served as while a person types.
+// Returns the key presses in ms.
+inline std::vector<double> typeWords(benchmark::State& state, QLineEdit* field,
+                                     const std::vector<std::string>& words, int gapMs = 0) {
+    using Steady = std::chrono::steady_clock;
+    field->setFocus(Qt::OtherFocusReason);
+    QApplication::processEvents();
+    std::vector<double> ms;
+    std::size_t word = 0, pos = 0;
+    for (auto _ : state) {
+        const std::string& w = words[word];
+        const auto t0 = Steady::now();
+        QTest::keyClick(field, w[pos]);
+        QApplication::processEvents();
+        const double s = std::chrono::duration<double>(Steady::now() - t0).count();
+        state.SetIterationTime(s);
+        ms.push_back(s * 1000);
+        state.PauseTiming();
+        if (++pos == w.size()) {
+            field->clear();
+            QApplication::processEvents();
+            pos = 0;
+            word = (word + 1) % words.size();
+        }
+        const auto until = Steady::now() + std::chrono::milliseconds(gapMs);
+        while (Steady::now() < until)
+            QApplication::processEvents(QEventLoop::AllEvents, 1);
+        state.ResumeTiming();
+    }
+    return ms;
+}
+
 // A new call for each QSO, so that none is a duplicate.
 inline std::string nthCall(int n) {
     std::string c = "OK1";
