@@ -14,8 +14,7 @@
 #include "core/rig/rig_settings.h"
 #include "running_window.h"
 #include "support/hamlib_daemon.h"
-#include "ui/options/rig_page.h"
-#include "ui/options/rotator_page.h"
+#include "ui/options/hamlib_pages.h"
 #include "ui/rig_binding.h"
 
 using orv::platform::QtDialogs;
@@ -135,8 +134,8 @@ private slots:
     void optionsPagesLoadValidateAndSave() {
         orv::test::TempDir d;
         orv::Settings s{orv::IniFile{d / "OrvantaContest.INI"}};
-        orv::ui::RigPage rigPage(texts);
-        orv::ui::RotatorPage rotPage(texts);
+        orv::ui::HamlibPage rigPage(texts, orv::ui::HamlibPage::Device::Rig);
+        orv::ui::HamlibPage rotPage(texts, orv::ui::HamlibPage::Device::Rotator);
         rigPage.load(s);
         rotPage.load(s);
 
