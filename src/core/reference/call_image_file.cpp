@@ -16,6 +16,7 @@
 #include <utility>
 
 #include "core/util/file_io.h"
+#include "core/util/unique_fd.h"
 
 namespace orv {
 namespace fs = std::filesystem;
@@ -117,22 +118,6 @@ struct Unmap {
     void operator()(void* p) const { ::munmap(p, size); }
 };
 
-class Fd {
-public:
-    explicit Fd(int fd) : fd_(fd) {}
-    ~Fd() {
-        if (fd_ >= 0)
-            ::close(fd_);
-    }
-    Fd(const Fd&) = delete;
-    Fd& operator=(const Fd&) = delete;
-    int get() const { return fd_; }
-    int release() { return std::exchange(fd_, -1); }
-
-private:
-    int fd_;
-};
-
 [[noreturn]] void fail(const fs::path& p, const char* what) {
     throw fileio::FileError(std::string(what) + " " + p.string() + ": " +
                             std::generic_category().message(errno));
@@ -189,7 +174,7 @@ CallImageFile::Opened CallImageFile::fromBytes(std::span<const std::uint8_t> byt
 }
 
 CallImageFile::Opened CallImageFile::open(const fs::path& file, std::int64_t stamp) {
-    Fd fd(::open(file.c_str(), O_RDONLY | O_CLOEXEC));
+    UniqueFd fd(::open(file.c_str(), O_RDONLY | O_CLOEXEC));
     if (fd.get() < 0)
         return {nullptr, errno == ENOENT ? Verdict::Missing : Verdict::Damaged};
     struct stat st {};
@@ -233,7 +218,7 @@ void CallImageFile::write(const QBDatImage& image, const fs::path& file,
 
     fs::path tmp = file;
     tmp += ".tmp" + std::to_string(::getpid());
-    Fd fd(::open(tmp.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0644));
+    UniqueFd fd(::open(tmp.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0644));
     if (fd.get() < 0)
         fail(tmp, "cannot create");
     std::error_code ec;

@@ -7,23 +7,10 @@
 #include <sys/socket.h>
 #include <unistd.h>
 
+#include "core/util/unique_fd.h"
+
 namespace orv {
 namespace {
-
-class Fd {
-public:
-    explicit Fd(int fd) : fd_(fd) {}
-    ~Fd() {
-        if (fd_ >= 0)
-            ::close(fd_);
-    }
-    Fd(const Fd&) = delete;
-    Fd& operator=(const Fd&) = delete;
-    int get() const { return fd_; }
-
-private:
-    int fd_;
-};
 
 bool waitFor(int fd, short events, int timeoutMs) {
     pollfd p{fd, events, 0};
@@ -73,7 +60,7 @@ LineExchange exchangeLine(const std::string& host, int port, const std::string& 
         out.error = host + ":" + std::to_string(port) + ": " + std::strerror(err ? err : ETIMEDOUT);
         return out;
     }
-    Fd fd(fdNum);
+    UniqueFd fd(fdNum);
     const std::string data = line + "\r\n";
     std::size_t sent = 0;
     while (sent < data.size()) {
