@@ -95,10 +95,13 @@ void percentiles(benchmark::State& state, std::vector<double> ms) {
     state.counters["max_ms"] = ms.back();
 }
 
-// The baseline: the same commit on a log that is not shared.
-void BM_CommitAlone(benchmark::State& state) {
+// 300 commits on a log of its own, not shared (the baseline) or shared with
+// no link (the triggers' part).
+void commitOnOwnLog(benchmark::State& state, bool shared) {
     test::TempDir dir;
-    ContestLog log = ContestLog::create(dir / "Alone.sqlite", NewLogData{"DL0ABC", "JO62QM", "B"});
+    ContestLog log = ContestLog::create(dir / "Own.sqlite", NewLogData{"DL0ABC", "JO62QM", "B"});
+    if (shared)
+        SharedStore::enable(log.db(), {"postgresql://u@127.0.0.1:1/db", "P", "B"});
     std::int64_t nr = 0;
     std::vector<double> ms;
     for (auto _ : state) {
@@ -107,23 +110,14 @@ void BM_CommitAlone(benchmark::State& state) {
         ms.push_back(std::chrono::duration<double, std::milli>(Clock::now() - t0).count());
     }
     percentiles(state, ms);
+}
+void BM_CommitAlone(benchmark::State& state) {
+    commitOnOwnLog(state, false);
+}
+void BM_CommitSharedOffline(benchmark::State& state) {
+    commitOnOwnLog(state, true);
 }
 BENCHMARK(BM_CommitAlone)->Iterations(300)->UseRealTime()->Unit(benchmark::kMillisecond);
-
-// The same commit on a shared log with no link: the triggers' part.
-void BM_CommitSharedOffline(benchmark::State& state) {
-    test::TempDir dir;
-    ContestLog log = ContestLog::create(dir / "Off.sqlite", NewLogData{"DL0ABC", "JO62QM", "B"});
-    SharedStore::enable(log.db(), {"postgresql://u@127.0.0.1:1/db", "P", "B"});
-    std::int64_t nr = 0;
-    std::vector<double> ms;
-    for (auto _ : state) {
-        const auto t0 = Clock::now();
-        log.addQso(k144, qso(++nr), {});
-        ms.push_back(std::chrono::duration<double, std::milli>(Clock::now() - t0).count());
-    }
-    percentiles(state, ms);
-}
 BENCHMARK(BM_CommitSharedOffline)->Iterations(300)->UseRealTime()->Unit(benchmark::kMillisecond);
 
 // A commit at position 0 while the four others log every 50 ms and every

@@ -20,10 +20,7 @@
 namespace orv::cli {
 namespace {
 
-constexpr int kInvalidAddress = 1320;
 constexpr int kInvalidPosition = 1321;
-constexpr int kUnreachable = 1322;
-constexpr int kOtherSchema = 1323;
 constexpr int kNotShared = 1324;
 constexpr int kQueued = 1325;
 constexpr int kLastContact = 1326;
@@ -31,7 +28,6 @@ constexpr int kConflicts = 1327;
 constexpr int kUnknownContest = 1328;
 constexpr int kSent = 1329;
 constexpr int kReceived = 1330;
-constexpr int kNotBuiltIn = 1332;
 constexpr int kNever = 1333;
 constexpr int kHere = 1334;
 constexpr int kServer = 1335;
@@ -49,7 +45,7 @@ std::optional<ServerArgs> serverArgs(Context& ctx, const Args& args, int& code) 
     const std::string server = args.getOr("server", "");
     const auto address = parseShareAddress(server);
     if (!address) {
-        code = ctx.fail(kInvalidAddress, kRefused, "--server " + server);
+        code = ctx.fail(kShareInvalidAddress, kRefused, "--server " + server);
         return std::nullopt;
     }
     const std::string position = args.getOr("position", "");
@@ -113,7 +109,7 @@ int runShare(Context& ctx, const Args& args) {
         return code;
     ctx.openedLogs.clear();
     if (!sharingBuiltIn())
-        return ctx.fail(kNotBuiltIn, kFailure);
+        return ctx.fail(kShareNotBuiltIn, kFailure);
     const std::string contest = SharedStore::isShared(opened->log.db())
                                     ? SharedStore(opened->log.db()).setup().contest
                                     : *name;
@@ -147,7 +143,7 @@ int runJoin(Context& ctx, const Args& args) {
     if (!sa)
         return code;
     if (!sharingBuiltIn())
-        return ctx.fail(kNotBuiltIn, kFailure);
+        return ctx.fail(kShareNotBuiltIn, kFailure);
     const auto path = ctx.paths.logFile(*name);
     if (std::filesystem::exists(path))
         return ctx.fail(kLogExists, kRefused, path.string());
@@ -157,9 +153,9 @@ int runJoin(Context& ctx, const Args& args) {
         PgServer server(sa->server, sharePassword(ctx, sa->address), *name, PgTimeouts{2, 2000});
         info = server.contestInfo();
     } catch (const SharedSchemaError& e) {
-        return ctx.fail(kOtherSchema, kFailure, std::to_string(e.found()));
+        return ctx.fail(kShareOtherSchema, kFailure, std::to_string(e.found()));
     } catch (const SharedServerError& e) {
-        return ctx.fail(kUnreachable, kFailure, sa->address.host + ": " + e.what());
+        return ctx.fail(kShareUnreachable, kFailure, sa->address.host + ": " + e.what());
     }
     if (!info)
         return ctx.fail(kUnknownContest, kRefused, *name);

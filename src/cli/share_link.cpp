@@ -12,16 +12,12 @@
 namespace orv::cli {
 
 namespace {
-constexpr int kInvalidAddress = 1320;
-constexpr int kUnreachable = 1322;
-constexpr int kOtherSchema = 1323;
-constexpr int kNotBuiltIn = 1332;
 constexpr int kStillWaiting = 1337;
 } // namespace
 
 std::string stillWaiting(Context& ctx, const ShareRound& r) {
     std::string line = ctx.texts(kStillWaiting);
-    if (r.textRow != kUnreachable)
+    if (r.textRow != kShareUnreachable)
         line += " " + ctx.texts(r.textRow);
     return line + " " + r.detail;
 }
@@ -48,7 +44,7 @@ ShareRound shareRound(Context& ctx, const std::filesystem::path& path) {
     const ShareSetup setup = store.setup();
     const auto address = parseShareAddress(setup.server);
     if (!address) {
-        r.textRow = kInvalidAddress;
+        r.textRow = kShareInvalidAddress;
         r.detail = setup.server;
         return r;
     }
@@ -59,15 +55,15 @@ ShareRound shareRound(Context& ctx, const std::filesystem::path& path) {
         store.noteContact(nowAsStored());
         r.reached = true;
     } catch (const SharedSchemaError& e) {
-        r.textRow = kOtherSchema;
+        r.textRow = kShareOtherSchema;
         r.detail = std::to_string(e.found());
     } catch (const SharedServerError& e) {
-        r.textRow = kUnreachable;
+        r.textRow = kShareUnreachable;
         r.detail = address->host + ":" + std::to_string(address->port) + ": " + e.what();
     }
 #else
     (void)ctx;
-    r.textRow = kNotBuiltIn;
+    r.textRow = kShareNotBuiltIn;
 #endif
     return r;
 }

@@ -13,6 +13,12 @@
 
 namespace orv::cli {
 
+// Texts of the tool's share commands that the exchange says too.
+inline constexpr int kShareInvalidAddress = 1320;
+inline constexpr int kShareUnreachable = 1322;
+inline constexpr int kShareOtherSchema = 1323;
+inline constexpr int kShareNotBuiltIn = 1332;
+
 struct ShareRound {
     bool reached = false;
     SyncReport report;

@@ -199,25 +199,20 @@ std::vector<fs::path> LogFoldersWindow::selected(const QListWidget* list,
 }
 
 void LogFoldersWindow::copyOut() {
-    logfolders::CopyRequest req;
-    req.files = selected(file1_, paths_.logsPath());
-    req.target = targetFolder();
-    req.logsFolder = paths_.logsPath();
-    req.openLog = openLog_;
-    logfolders::copyLogs(req, dialogs_, texts_, [this](const std::string& s) {
-        progress_->setText(QString::fromStdString(s));
-        progress_->repaint();
-    });
-    progress_->clear();
-    refreshLists();
+    copy(selected(file1_, paths_.logsPath()), targetFolder(), false);
 }
 
 void LogFoldersWindow::copyIn() {
+    copy(selected(file3_, sourceFolder()), paths_.logsPath(), true);
+}
+
+void LogFoldersWindow::copy(std::vector<std::filesystem::path> files,
+                            const std::filesystem::path& target, bool in) {
     logfolders::CopyRequest req;
-    req.files = selected(file3_, sourceFolder());
-    req.target = paths_.logsPath();
+    req.files = std::move(files);
+    req.target = target;
     req.logsFolder = paths_.logsPath();
-    req.copyIn = true;
+    req.copyIn = in;
     req.openLog = openLog_;
     logfolders::copyLogs(req, dialogs_, texts_, [this](const std::string& s) {
         progress_->setText(QString::fromStdString(s));

@@ -51,6 +51,9 @@ private:
     QTreeView* folderTree(const char* name, const char* driveName, QWidget* parent);
     void refreshLists();
     static std::filesystem::path folderOf(const QTreeView* tree);
+    // Copies `files` into `target`; `in`: into the logs folder, each tested.
+    void copy(std::vector<std::filesystem::path> files, const std::filesystem::path& target,
+              bool in);
     std::vector<std::filesystem::path> selected(const QListWidget* list,
                                                 const std::filesystem::path& folder) const;
 
