@@ -82,48 +82,84 @@ struct Station {
     }
 };
 
-void percentiles(benchmark::State& state, std::vector<double> ms) {
+double at(std::vector<double>& ms, double p) {
     std::sort(ms.begin(), ms.end());
+    return ms[std::min(ms.size() - 1,
+                       static_cast<std::size_t>(p * static_cast<double>(ms.size())))];
+}
+
+void percentiles(benchmark::State& state, std::vector<double> ms) {
     if (ms.empty())
         return;
-    auto at = [&](double p) {
-        return ms[std::min(ms.size() - 1,
-                           static_cast<std::size_t>(p * static_cast<double>(ms.size())))];
-    };
-    state.counters["p50_ms"] = at(0.5);
-    state.counters["p99_ms"] = at(0.99);
-    state.counters["max_ms"] = ms.back();
+    state.counters["p50_ms"] = at(ms, 0.5);
+    state.counters["p99_ms"] = at(ms, 0.99);
+    state.counters["max_ms"] = at(ms, 1.0);
 }
 
-// 300 commits on a log of its own, not shared (the baseline) or shared with
-// no link (the triggers' part).
-void commitOnOwnLog(benchmark::State& state, bool shared) {
-    test::TempDir dir;
-    ContestLog log = ContestLog::create(dir / "Own.sqlite", NewLogData{"DL0ABC", "JO62QM", "B"});
-    if (shared)
-        SharedStore::enable(log.db(), {"postgresql://u@127.0.0.1:1/db", "P", "B"});
+double commitMs(ContestLog& log, std::int64_t nr) {
+    const auto t0 = Clock::now();
+    log.addQso(k144, qso(nr), {});
+    return std::chrono::duration<double, std::milli>(Clock::now() - t0).count();
+}
+
+// Commits to a log alone and to a shared log by turns, in one loop, so that
+// both meet the same moment of this shared machine (its load and clock vary
+// more between runs than the two commits differ); range(0) ms of pause
+// after each pair, 0 for back to back.
+void commitInPairs(benchmark::State& state, ContestLog& alone, ContestLog& shared,
+                   PgShareWorker* worker) {
+    std::vector<double> aloneMs, sharedMs;
     std::int64_t nr = 0;
-    std::vector<double> ms;
     for (auto _ : state) {
-        const auto t0 = Clock::now();
-        log.addQso(k144, qso(++nr), {});
-        ms.push_back(std::chrono::duration<double, std::milli>(Clock::now() - t0).count());
+        ++nr;
+        // Each goes first every other time.
+        if (nr % 2) {
+            aloneMs.push_back(commitMs(alone, nr));
+            sharedMs.push_back(commitMs(shared, nr));
+        } else {
+            sharedMs.push_back(commitMs(shared, nr));
+            aloneMs.push_back(commitMs(alone, nr));
+        }
+        if (worker)
+            worker->nudge();
+        if (state.range(0) > 0)
+            std::this_thread::sleep_for(std::chrono::milliseconds(state.range(0)));
     }
-    percentiles(state, ms);
+    const double a50 = at(aloneMs, 0.5), s50 = at(sharedMs, 0.5);
+    const double a99 = at(aloneMs, 0.99), s99 = at(sharedMs, 0.99);
+    state.counters["alone_p50_ms"] = a50;
+    state.counters["shared_p50_ms"] = s50;
+    state.counters["ratio_p50"] = s50 / a50;
+    state.counters["alone_p99_ms"] = a99;
+    state.counters["shared_p99_ms"] = s99;
+    state.counters["ratio_p99"] = s99 / a99;
 }
-void BM_CommitAlone(benchmark::State& state) {
-    commitOnOwnLog(state, false);
-}
-void BM_CommitSharedOffline(benchmark::State& state) {
-    commitOnOwnLog(state, true);
-}
-BENCHMARK(BM_CommitAlone)->Iterations(300)->UseRealTime()->Unit(benchmark::kMillisecond);
-BENCHMARK(BM_CommitSharedOffline)->Iterations(300)->UseRealTime()->Unit(benchmark::kMillisecond);
 
-// A commit at position 0 while the four others log every 50 ms and every
-// worker sends and fetches.
-void BM_CommitSharedWhileFiveLog(benchmark::State& state) {
+// A log alone against a shared log with no link: the triggers' part.
+void BM_CommitSharedOffline(benchmark::State& state) {
+    test::TempDir dir;
+    ContestLog alone =
+        ContestLog::create(dir / "Alone.sqlite", NewLogData{"DL0ABC", "JO62QM", "B"});
+    ContestLog shared =
+        ContestLog::create(dir / "Shared.sqlite", NewLogData{"DL0ABC", "JO62QM", "B"});
+    SharedStore::enable(shared.db(), {"postgresql://u@127.0.0.1:1/db", "P", "B"});
+    commitInPairs(state, alone, shared, nullptr);
+}
+BENCHMARK(BM_CommitSharedOffline)
+    ->Arg(0)
+    ->Arg(20)
+    ->Iterations(500)
+    ->UseRealTime()
+    ->Unit(benchmark::kMillisecond);
+
+// Position 0's shared log, its worker sending and fetching, against a log
+// alone at the same position, while the four others log every 50 ms and
+// every worker exchanges. The four others stand in for the other PCs of the
+// station, so they load these two cores as well.
+void BM_CommitWhileFourOthersLog(benchmark::State& state) {
     Station st;
+    ContestLog alone =
+        ContestLog::create(st.dir / "Alone.sqlite", NewLogData{"DL0ABC", "JO62QM", "B"});
     std::atomic<bool> stop{false};
     std::vector<std::thread> others;
     for (int i = 1; i < kPositions; ++i)
@@ -138,21 +174,15 @@ void BM_CommitSharedWhileFiveLog(benchmark::State& state) {
             }
         });
     auto& p = st.positions[0];
-    std::int64_t nr = 0;
-    std::vector<double> ms;
-    for (auto _ : state) {
-        const auto t0 = Clock::now();
-        p.log->addQso(k144, qso(++nr), {});
-        ms.push_back(std::chrono::duration<double, std::milli>(Clock::now() - t0).count());
-        p.worker->nudge();
-    }
+    commitInPairs(state, alone, *p.log, p.worker.get());
     stop = true;
     for (auto& t : others)
         t.join();
-    percentiles(state, ms);
 }
-BENCHMARK(BM_CommitSharedWhileFiveLog)
-    ->Iterations(300)
+BENCHMARK(BM_CommitWhileFourOthersLog)
+    ->Arg(0)
+    ->Arg(20)
+    ->Iterations(500)
     ->UseRealTime()
     ->Unit(benchmark::kMillisecond);
 

@@ -387,7 +387,7 @@ std::vector<QsoRow> ContestLog::deletedRows(int b) {
 // --- writing ---------------------------------------------------------------
 
 void ContestLog::updateTotalsIn(int b, const BandTotals& t) {
-    auto st = db_.prepare("UPDATE \"MyData\" SET " + sql::quoteIdent(myDataField("PGesamt", b)) +
+    auto& st = db_.cached("UPDATE \"MyData\" SET " + sql::quoteIdent(myDataField("PGesamt", b)) +
                           " = ?1, " + sql::quoteIdent(myDataField("ODX", b)) + " = ?2, " +
                           sql::quoteIdent(myDataField("ODXNr", b)) + " = ?3");
     st.bind(1, t.pGesamt).bind(2, t.odx).bind(3, t.odxNr).run();
@@ -405,7 +405,7 @@ RowId ContestLog::addQso(int b, const QsoRow& row, const BandTotals& t) {
                                "?14, ?15, ?16, ?17" +
                                (freq ? ", ?18)" : ")");
     sql::Transaction tx(db_);
-    auto st = db_.prepare(insert);
+    auto& st = db_.cached(insert);
     bindRow(st, row);
     if (freq)
         st.bind(18, row.freqHz);
@@ -418,7 +418,7 @@ RowId ContestLog::addQso(int b, const QsoRow& row, const BandTotals& t) {
 
 void ContestLog::updateQso(int b, RowId id, const QsoRow& row, const BandTotals& t) {
     sql::Transaction tx(db_);
-    auto st = db_.prepare("UPDATE " + table(b) + " SET " + kAssignments + " WHERE rowid = ?18");
+    auto& st = db_.cached("UPDATE " + table(b) + " SET " + kAssignments + " WHERE rowid = ?18");
     bindRow(st, row);
     st.bind(18, id);
     st.run();

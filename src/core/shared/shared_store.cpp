@@ -101,10 +101,10 @@ std::int64_t SharedStore::queuedCount() {
     return st.int64(0);
 }
 
-std::vector<OutboxEntry> SharedStore::outbox(int limit) {
+std::vector<OutboxEntry> SharedStore::outbox(int limit, std::int64_t afterSeq) {
     auto st = db_.prepare("SELECT Seq, BaseRev, Uid, Band, Position, Rev, " + qsoColumns() +
-                          " FROM ShareOutbox ORDER BY Seq LIMIT ?1");
-    st.bind(1, limit);
+                          " FROM ShareOutbox WHERE Seq > ?2 ORDER BY Seq LIMIT ?1");
+    st.bind(1, limit).bind(2, afterSeq);
     std::vector<OutboxEntry> out;
     while (st.step()) {
         OutboxEntry e;
@@ -126,8 +126,23 @@ bool SharedStore::pending(const std::string& uid) {
     return st.step();
 }
 
-void SharedStore::markSent(const OutboxEntry& entry) {
-    db_.prepare("DELETE FROM ShareOutbox WHERE Seq = ?1").bind(1, entry.seq).run();
+void SharedStore::markSent(const std::vector<OutboxEntry>& entries) {
+    if (entries.empty())
+        return;
+    sql::Transaction tx(db_);
+    deleteSent(entries);
+    tx.commit();
+}
+
+void SharedStore::deleteSent(const std::vector<OutboxEntry>& entries) {
+    // An emptied outbox numbers from 1 again, so each entry is named whole:
+    // a sender in another process may have sent it, and a new change taken
+    // its number, since it was read.
+    auto& st = db_.cached("DELETE FROM ShareOutbox WHERE Seq = ?1 AND Uid = ?2 AND Rev = ?3");
+    for (const auto& e : entries) {
+        st.bind(1, e.seq).bind(2, e.qso.uid).bind(3, e.qso.rev);
+        st.run();
+    }
 }
 
 void SharedStore::writeOwn(const SharedQso& q, std::int64_t rowId) {
@@ -135,7 +150,11 @@ void SharedStore::writeOwn(const SharedQso& q, std::int64_t rowId) {
                           " WHERE rowid = ?19");
     bindQso(st, 1, q.row);
     st.bind(19, rowId).run();
-    db_.prepare("UPDATE ShareQso SET Rev = ?1 WHERE Uid = ?2").bind(1, q.rev).bind(2, q.uid).run();
+    db_.prepare("UPDATE ShareQso SET Rev = ?1 WHERE Band = ?2 AND RowRef = ?3")
+        .bind(1, q.rev)
+        .bind(2, q.band)
+        .bind(3, rowId)
+        .run();
     // Another position changed one of our QSOs: the band's running numbers
     // in `MyData` follow its live rows, as after a correction here.
     const std::string t = bandTable(q.band);
@@ -157,11 +176,42 @@ void SharedStore::writeRemote(const SharedQso& q) {
     st.run();
 }
 
+std::optional<std::pair<int, std::int64_t>> ownKeyOf(const std::string& uid) {
+    const auto second = uid.rfind('-');
+    if (second == std::string::npos || second == 0)
+        return std::nullopt;
+    const auto first = uid.rfind('-', second - 1);
+    if (first == std::string::npos)
+        return std::nullopt;
+    const std::string band = uid.substr(first + 1, second - first - 1);
+    const std::string row = uid.substr(second + 1);
+    auto digits = [](const std::string& t) {
+        return !t.empty() && t.size() <= 18 &&
+               std::all_of(t.begin(), t.end(), [](char c) { return c >= '0' && c <= '9'; });
+    };
+    if (!digits(band) || !digits(row) || band.size() > 2)
+        return std::nullopt;
+    return std::make_pair(std::stoi(band), std::stoll(row));
+}
+
+sql::Stmt SharedStore::ownRow(const std::string& uid) {
+    // The id names the row; one that does not (made by an older layout, or
+    // by another position) is looked for by its text.
+    if (auto key = ownKeyOf(uid)) {
+        auto st = db_.prepare(
+            "SELECT Band, RowRef, Rev FROM ShareQso WHERE Band = ?1 AND RowRef = ?2 AND Uid = ?3");
+        st.bind(1, key->first).bind(2, key->second).bind(3, uid);
+        return st;
+    }
+    auto st = db_.prepare("SELECT Band, RowRef, Rev FROM ShareQso WHERE Uid = ?1");
+    st.bind(1, uid);
+    return st;
+}
+
 void SharedStore::applyOne(const SharedQso& q, bool overPending) {
     if (!overPending && pending(q.uid))
         return;
-    auto own = db_.prepare("SELECT Band, RowRef, Rev FROM ShareQso WHERE Uid = ?1");
-    own.bind(1, q.uid);
+    auto own = ownRow(q.uid);
     if (own.step()) {
         if (q.rev > own.int64(2) || overPending)
             writeOwn(q, own.int64(1));
@@ -174,10 +224,14 @@ void SharedStore::applyOne(const SharedQso& q, bool overPending) {
     writeRemote(q);
 }
 
-void SharedStore::applyIncoming(const std::vector<SharedQso>& changes) {
-    if (changes.empty())
+void SharedStore::applyIncoming(const std::vector<SharedQso>& changes,
+                                const std::vector<OutboxEntry>& sent) {
+    if (changes.empty()) {
+        markSent(sent);
         return;
+    }
     sql::Transaction tx(db_);
+    deleteSent(sent);
     {
         Quiet quiet(db_);
         std::int64_t last = lastChangeNo();
@@ -290,6 +344,20 @@ std::optional<std::string> SharedStore::uidOf(int band, std::int64_t rowId) {
     if (!st.step())
         return std::nullopt;
     return st.text(0);
+}
+
+std::optional<std::pair<int, QsoRow>> SharedStore::lastOwnQso() {
+    std::optional<std::pair<int, QsoRow>> last;
+    for (int b = 0; b < kBandCount; ++b) {
+        auto st = db_.prepare("SELECT " + qsoColumns() + " FROM " + bandTable(b) +
+                              " ORDER BY DatTime DESC, rowid DESC LIMIT 1");
+        if (!st.step())
+            continue;
+        QsoRow q = readQso(st, 0);
+        if (!last || last->second.datTime < q.datTime)
+            last = std::make_pair(b, std::move(q));
+    }
+    return last;
 }
 
 std::vector<SharedQso> SharedStore::stationQsos() {

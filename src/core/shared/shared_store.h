@@ -69,6 +69,11 @@ struct ShareDigest {
 };
 ShareDigest digestOf(std::vector<std::pair<std::string, std::int64_t>> idsAndRevs);
 
+// The band and row that a QSO id of the form PREFIX-BAND-ROWID names, as this
+// program makes them; nullopt for another form. Whether the row is still the
+// QSO of that id, its stored id tells.
+std::optional<std::pair<int, std::int64_t>> ownKeyOf(const std::string& uid);
+
 class SharedStore {
 public:
     static bool isShared(sql::Db& db);
@@ -87,18 +92,22 @@ public:
     std::string lastContact();
     void noteContact(const std::string& when);
     std::int64_t queuedCount();
-    // The oldest waiting changes, in the order they were made.
-    std::vector<OutboxEntry> outbox(int limit);
+    // The oldest waiting changes after entry `afterSeq`, in the order they
+    // were made.
+    std::vector<OutboxEntry> outbox(int limit, std::int64_t afterSeq = 0);
 
-    // The server took the change (or held it already): out of the outbox.
-    void markSent(const OutboxEntry& entry);
+    // The server took these changes (or held them already): out of the
+    // outbox, in one transaction.
+    void markSent(const std::vector<OutboxEntry>& entries);
     // The server refused it: every waiting change of that QSO becomes one
     // conflict, and the server's version is written to the log.
     void recordConflict(const OutboxEntry& entry, const SharedQso& server);
     // Writes what the server sent: other positions' QSOs into the cache,
     // changes of own QSOs into the band tables. A QSO with a change still
     // waiting here is left for the push to settle. Moves the change number on.
-    void applyIncoming(const std::vector<SharedQso>& changes);
+    // `sent` are marked sent in the same transaction, before.
+    void applyIncoming(const std::vector<SharedQso>& changes,
+                       const std::vector<OutboxEntry>& sent = {});
 
     std::vector<ShareConflict> conflicts();
     // Sends the own version again, on the server's revision.
@@ -110,6 +119,9 @@ public:
     void changeRemote(const std::string& uid, const QsoRow& row);
 
     std::optional<std::string> uidOf(int band, std::int64_t rowId);
+    // This position's QSO with the latest time, and its band: read from the
+    // time index of each band, since the worker asks on every round.
+    std::optional<std::pair<int, QsoRow>> lastOwnQso();
     // Own and cached QSOs of the whole station, own first.
     std::vector<SharedQso> stationQsos();
     std::vector<SharedQso> remoteQsos(int band);
@@ -123,6 +135,8 @@ public:
     ShareDigest digest();
 
 private:
+    sql::Stmt ownRow(const std::string& uid);
+    void deleteSent(const std::vector<OutboxEntry>& entries);
     void writeOwn(const SharedQso& q, std::int64_t rowId);
     void writeRemote(const SharedQso& q);
     void applyOne(const SharedQso& q, bool overPending);

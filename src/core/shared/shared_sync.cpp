@@ -6,28 +6,38 @@ namespace {
 constexpr int kBatch = 200;
 }
 
-SyncReport syncOnce(SharedStore& store, SharedServer& server) {
+SyncReport syncOnce(SharedStore& store, SharedServer& server, SentMarks* marks, bool report) {
     SyncReport r;
+    SentMarks now;
+    SentMarks& sent = marks ? *marks : now;
     for (;;) {
-        auto batch = store.outbox(kBatch);
+        auto batch = store.outbox(kBatch, sent.lastSeq());
         if (batch.empty())
             break;
         for (const auto& e : batch) {
             PushResult res = server.push(e);
             if (res.outcome == PushOutcome::Conflict) {
+                // What was acknowledged goes first: the conflict drops every
+                // waiting change of the QSO and numbers may be taken again.
+                flushMarks(store, sent);
                 store.recordConflict(e, res.server);
                 ++r.conflicts;
-                // Later entries of the same QSO went into the conflict.
                 break;
             }
-            store.markSent(e);
+            sent.entries.push_back(e);
+            if (!marks)
+                flushMarks(store, sent);
             ++r.sent;
         }
     }
-    server.reportPosition(ownStatus(store));
+    if (report)
+        server.reportPosition(ownStatus(store, static_cast<std::int64_t>(sent.entries.size())));
     for (;;) {
         auto changes = server.changesSince(store.lastChangeNo(), kBatch);
-        store.applyIncoming(changes);
+        if (!changes.empty()) {
+            store.applyIncoming(changes, sent.entries);
+            sent.entries.clear();
+        }
         r.fetched += static_cast<std::int64_t>(changes.size());
         if (changes.size() < static_cast<std::size_t>(kBatch))
             break;
@@ -35,20 +45,20 @@ SyncReport syncOnce(SharedStore& store, SharedServer& server) {
     return r;
 }
 
-PositionStatus ownStatus(SharedStore& store) {
+void flushMarks(SharedStore& store, SentMarks& marks) {
+    store.markSent(marks.entries);
+    marks.entries.clear();
+}
+
+PositionStatus ownStatus(SharedStore& store, std::int64_t alreadySent) {
     PositionStatus s;
     s.position = store.setup().position;
-    s.queued = store.queuedCount();
-    const SharedQso* last = nullptr;
-    auto all = store.stationQsos();
-    for (const auto& q : all)
-        if (q.position == s.position && (!last || last->row.datTime < q.row.datTime))
-            last = &q;
-    if (last) {
-        s.band = last->band;
-        s.opCall = last->row.opCall;
-        s.lastCall = last->row.call;
-        s.lastTime = last->row.datTime.toStorage();
+    s.queued = store.queuedCount() - alreadySent;
+    if (auto last = store.lastOwnQso()) {
+        s.band = last->first;
+        s.opCall = last->second.opCall;
+        s.lastCall = last->second.call;
+        s.lastTime = last->second.datTime.toStorage();
     }
     return s;
 }

@@ -31,7 +31,8 @@ Db::Db(const std::string& path, Mode mode) : path_(path) {
     }
     const int rc = sqlite3_open_v2(path.c_str(), &db_, flags, nullptr);
     if (rc != SQLITE_OK) {
-        std::string msg = "cannot open " + path + ": " + (db_ ? sqlite3_errmsg(db_) : sqlite3_errstr(rc));
+        std::string msg =
+            "cannot open " + path + ": " + (db_ ? sqlite3_errmsg(db_) : sqlite3_errstr(rc));
         sqlite3_close(db_);
         db_ = nullptr;
         throw Error(msg, rc);
@@ -40,21 +41,26 @@ Db::Db(const std::string& path, Mode mode) : path_(path) {
     sqlite3_extended_result_codes(db_, 1);
 }
 
-Db::~Db() { close(); }
+Db::~Db() {
+    close();
+}
 
 Db::Db(Db&& other) noexcept
-    : db_(std::exchange(other.db_, nullptr)), path_(std::move(other.path_)) {}
+    : db_(std::exchange(other.db_, nullptr)), path_(std::move(other.path_)),
+      cache_(std::move(other.cache_)) {}
 
 Db& Db::operator=(Db&& other) noexcept {
     if (this != &other) {
         close();
         db_ = std::exchange(other.db_, nullptr);
         path_ = std::move(other.path_);
+        cache_ = std::move(other.cache_);
     }
     return *this;
 }
 
 void Db::close() {
+    cache_.clear();
     if (db_) {
         sqlite3_close_v2(db_);
         db_ = nullptr;
@@ -72,11 +78,25 @@ void Db::exec(std::string_view sql) {
     }
 }
 
-Stmt Db::prepare(std::string_view sql) { return Stmt(db_, sql); }
+Stmt Db::prepare(std::string_view sql) {
+    return Stmt(db_, sql);
+}
 
-std::int64_t Db::lastInsertRowid() const { return sqlite3_last_insert_rowid(db_); }
+Stmt& Db::cached(const std::string& sql) {
+    auto it = cache_.find(sql);
+    if (it == cache_.end())
+        it = cache_.emplace(sql, std::make_unique<Stmt>(db_, sql)).first;
+    it->second->reset();
+    return *it->second;
+}
 
-int Db::changes() const { return sqlite3_changes(db_); }
+std::int64_t Db::lastInsertRowid() const {
+    return sqlite3_last_insert_rowid(db_);
+}
+
+int Db::changes() const {
+    return sqlite3_changes(db_);
+}
 
 bool Db::tableExists(std::string_view name) {
     Stmt st = prepare("SELECT 1 FROM sqlite_master WHERE type='table' AND name=?1 COLLATE NOCASE");
@@ -87,15 +107,19 @@ bool Db::tableExists(std::string_view name) {
 void Db::setDurable() {
     exec("PRAGMA journal_mode=WAL");
     exec("PRAGMA synchronous=FULL");
+    exec("PRAGMA temp_store=MEMORY");
 }
 
 Stmt::Stmt(sqlite3* db, std::string_view sql) : db_(db) {
-    const int rc = sqlite3_prepare_v2(db, sql.data(), static_cast<int>(sql.size()), &stmt_, nullptr);
+    const int rc =
+        sqlite3_prepare_v2(db, sql.data(), static_cast<int>(sql.size()), &stmt_, nullptr);
     if (rc != SQLITE_OK)
         fail(db, rc, std::string("prepare [") + std::string(sql.substr(0, 200)) + "]");
 }
 
-Stmt::~Stmt() { sqlite3_finalize(stmt_); }
+Stmt::~Stmt() {
+    sqlite3_finalize(stmt_);
+}
 
 Stmt::Stmt(Stmt&& other) noexcept
     : db_(std::exchange(other.db_, nullptr)), stmt_(std::exchange(other.stmt_, nullptr)) {}
@@ -165,13 +189,25 @@ std::string Stmt::text(int col) const {
     return std::string(p, static_cast<std::size_t>(sqlite3_column_bytes(stmt_, col)));
 }
 
-std::int64_t Stmt::int64(int col) const { return sqlite3_column_int64(stmt_, col); }
-double Stmt::real(int col) const { return sqlite3_column_double(stmt_, col); }
-bool Stmt::isNull(int col) const { return sqlite3_column_type(stmt_, col) == SQLITE_NULL; }
-int Stmt::columnCount() const { return sqlite3_column_count(stmt_); }
-std::string Stmt::columnName(int col) const { return sqlite3_column_name(stmt_, col); }
+std::int64_t Stmt::int64(int col) const {
+    return sqlite3_column_int64(stmt_, col);
+}
+double Stmt::real(int col) const {
+    return sqlite3_column_double(stmt_, col);
+}
+bool Stmt::isNull(int col) const {
+    return sqlite3_column_type(stmt_, col) == SQLITE_NULL;
+}
+int Stmt::columnCount() const {
+    return sqlite3_column_count(stmt_);
+}
+std::string Stmt::columnName(int col) const {
+    return sqlite3_column_name(stmt_, col);
+}
 
-Transaction::Transaction(Db& db) : db_(db) { db_.exec("BEGIN IMMEDIATE"); }
+Transaction::Transaction(Db& db) : db_(db) {
+    db_.exec("BEGIN IMMEDIATE");
+}
 
 Transaction::~Transaction() {
     if (!done_) {

@@ -1,10 +1,12 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 #include <optional>
 #include <stdexcept>
 #include <string>
 #include <string_view>
+#include <unordered_map>
 
 struct sqlite3;
 struct sqlite3_stmt;
@@ -40,17 +42,25 @@ public:
     void close();
     void exec(std::string_view sql);
     Stmt prepare(std::string_view sql);
+    // A statement prepared once per connection and kept: for the writes of
+    // every commit, whose triggers SQLite would otherwise compile anew each
+    // time. It comes reset with its bindings cleared; it must not be used
+    // again while a caller still steps through it.
+    Stmt& cached(const std::string& sql);
     std::int64_t lastInsertRowid() const;
     int changes() const;
     bool tableExists(std::string_view name);
     // Durable writes: WAL journal and a full sync at each commit, so a
-    // transaction that returned survives a crash or a power cut.
+    // transaction that returned survives a crash or a power cut. The
+    // statement journal that a write with triggers needs stays in memory
+    // instead of a file created and removed at every commit.
     void setDurable();
     sqlite3* handle() const { return db_; }
 
 private:
     sqlite3* db_ = nullptr;
     std::string path_;
+    std::unordered_map<std::string, std::unique_ptr<Stmt>> cache_;
 };
 
 class Stmt {

@@ -87,22 +87,21 @@ PgServer::ContestInfo contestOf(sql::Db& db) {
 }
 } // namespace
 
-// Waits on the notice connection and the nudge together; true when there is
-// reason for a round before the time ran out.
-bool PgShareWorker::waitForWork(PgServer* listener, int timeoutMs) {
+// Waits on the notice connection and the nudge together, until either has
+// something or the time ran out.
+PgShareWorker::Wake PgShareWorker::waitForWork(PgServer* listener, int timeoutMs) {
     pollfd fds[2] = {{wakeFd_, POLLIN, 0}, {listener ? listener->socket() : -1, POLLIN, 0}};
-    const int n = poll(fds, 2, timeoutMs);
-    if (n <= 0)
-        return false;
-    bool work = false;
+    Wake wake;
+    if (poll(fds, 2, std::max(timeoutMs, 0)) <= 0)
+        return wake;
     if (fds[0].revents & POLLIN) {
         std::uint64_t v = 0;
         [[maybe_unused]] auto r = read(wakeFd_, &v, sizeof v);
-        work = true;
+        wake.nudged = true;
     }
     if (listener && (fds[1].revents & (POLLIN | POLLERR | POLLHUP)))
-        work = listener->takeNotices() || work;
-    return work;
+        wake.noticed = listener->takeNotices();
+    return wake;
 }
 
 void PgShareWorker::run() {
@@ -138,8 +137,13 @@ void PgShareWorker::loop() {
     std::int64_t seenVersion = -1;
     auto lastRound = std::chrono::steady_clock::time_point{};
     auto lastNoted = std::chrono::steady_clock::time_point{};
+    SentMarks marks;
+    auto lastFlush = std::chrono::steady_clock::time_point{};
+    auto lastReport = std::chrono::steady_clock::time_point{};
+    std::vector<PositionStatus> positions;
     bool published = false;
     bool roundDue = true;
+    bool noticeDue = false;
     for (;;) {
         {
             std::lock_guard lock(mutex_);
@@ -150,6 +154,8 @@ void PgShareWorker::loop() {
         }
         const auto now = std::chrono::steady_clock::now();
         if (now - lastRound >= std::chrono::milliseconds(timing_.slowPollMs))
+            roundDue = true;
+        if (noticeDue && now - lastRound >= std::chrono::milliseconds(timing_.noticeGapMs))
             roundDue = true;
         const auto v = dataVersion();
         if (v != seenVersion) {
@@ -166,8 +172,17 @@ void PgShareWorker::loop() {
                     server.publishContest(contestOf(db));
                     published = true;
                 }
-                syncOnce(store, server);
-                auto positions = server.positions();
+                // The positions panel needs no more than a second's news.
+                const bool report = now - lastReport >= std::chrono::seconds(1);
+                syncOnce(store, server, &marks, report);
+                if (report) {
+                    positions = server.positions();
+                    lastReport = now;
+                }
+                if (!marks.entries.empty() && now - lastFlush >= std::chrono::seconds(1)) {
+                    flushMarks(store, marks);
+                    lastFlush = now;
+                }
                 if (now - lastNoted >= std::chrono::seconds(5)) {
                     store.noteContact(nowAsStored());
                     lastNoted = now;
@@ -176,9 +191,10 @@ void PgShareWorker::loop() {
                 status_.online = true;
                 status_.schemaRefused = false;
                 status_.lastError.clear();
-                status_.positions = std::move(positions);
+                status_.positions = positions;
                 retryMs = timing_.firstRetryMs;
                 roundDue = false;
+                noticeDue = false;
                 lastRound = now;
             } catch (const SharedSchemaError& e) {
                 std::lock_guard lock(mutex_);
@@ -199,25 +215,50 @@ void PgShareWorker::loop() {
             }
             {
                 std::lock_guard lock(mutex_);
-                status_.queued = store.queuedCount();
+                status_.queued =
+                    store.queuedCount() - static_cast<std::int64_t>(marks.entries.size());
                 status_.conflicts = static_cast<std::int64_t>(store.conflicts().size());
                 ++status_.rounds;
             }
             seenVersion = dataVersion();
             if (roundDue) {
                 // Still due: the link is down. Wait, growing, then try again.
-                waitForWork(nullptr, retryMs);
+                [[maybe_unused]] auto wake = waitForWork(nullptr, retryMs);
                 retryMs = std::min(retryMs * 2, timing_.longestRetryMs);
                 continue;
             }
         }
+        if (!marks.entries.empty() &&
+            std::chrono::steady_clock::now() - lastFlush >= std::chrono::seconds(1)) {
+            try {
+                flushMarks(store, marks);
+                lastFlush = std::chrono::steady_clock::now();
+            } catch (const sql::Error&) {
+                // Busy beyond its wait: the marks stay and go with a later write.
+            }
+        }
         try {
-            if (waitForWork(listener.connected() ? &listener : nullptr, timing_.fileCheckMs))
-                roundDue = true;
+            int waitMs = timing_.fileCheckMs;
+            if (!marks.entries.empty())
+                waitMs = std::min<int>(waitMs, 1000);
+            if (noticeDue)
+                waitMs = std::min<int>(
+                    waitMs, static_cast<int>(timing_.noticeGapMs -
+                                             std::chrono::duration_cast<std::chrono::milliseconds>(
+                                                 std::chrono::steady_clock::now() - lastRound)
+                                                 .count()));
+            const Wake wake = waitForWork(listener.connected() ? &listener : nullptr, waitMs);
+            roundDue = roundDue || wake.nudged;
+            noticeDue = noticeDue || wake.noticed;
         } catch (const SharedServerError&) {
             listener.disconnect();
             roundDue = true;
         }
+    }
+    try {
+        flushMarks(store, marks);
+    } catch (const sql::Error&) {
+        // Sent again at the next start and held once by the server.
     }
 }
 

@@ -38,6 +38,10 @@ struct ShareWorkerTiming {
     int fileCheckMs = 200;
     int firstRetryMs = 250;
     int longestRetryMs = 4000;
+    // The others' notices start a round at most this often: a station's
+    // burst then lands in one write of the log file instead of one each,
+    // and a commit here meets the worker's write lock less often.
+    int noticeGapMs = 100;
     PgTimeouts timeouts;
 };
 
@@ -62,7 +66,11 @@ public:
 private:
     void run();
     void loop();
-    bool waitForWork(PgServer* listener, int timeoutMs);
+    struct Wake {
+        bool nudged = false;
+        bool noticed = false;
+    };
+    Wake waitForWork(PgServer* listener, int timeoutMs);
 
     std::filesystem::path logFile_;
     std::string password_;

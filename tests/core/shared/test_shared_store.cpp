@@ -220,6 +220,31 @@ TEST(SharedStore, EnablingALogQueuesItsRowsOnceAndEmptyingABandSendsMarks) {
     for (const auto& [uid, q] : server.qsos)
         EXPECT_TRUE(q.row.errQso);
     EXPECT_EQ(store.digest(), server.digest());
+    // The emptied band numbers its rows from 1 again; their ids are new, so
+    // the server takes them beside the marks instead of holding them already.
+    const RowId again = log.addQso(k144, qso("DL1AAC", 1), {});
+    EXPECT_EQ(ownKeyOf(store.uidOf(k144, again).value()), std::make_pair(k144, again));
+    EXPECT_EQ(syncOnce(store, server).sent, 1);
+    EXPECT_EQ(server.qsos.size(), 3u);
+    EXPECT_EQ(store.digest(), server.digest());
+}
+
+TEST(SharedStore, OnlyIdsOfThisProgramsFormNameARow) {
+    using Key = std::optional<std::pair<int, std::int64_t>>;
+    const std::pair<std::string, Key> cases[] = {
+        {"3fa9c1d2e4b5a6f7-1-123", std::make_pair(1, std::int64_t{123})},
+        {"00-14-9", std::make_pair(14, std::int64_t{9})},
+        {"0123456789abcdef0123456789abcdef", std::nullopt}, // an older random id
+        {"p-1-", std::nullopt},
+        {"p--5", std::nullopt},
+        {"p-x-5", std::nullopt},
+        {"p-123-5", std::nullopt},
+        {"-1-5", std::make_pair(1, std::int64_t{5})},
+        {"1-5", std::nullopt},
+        {"p-1-99999999999999999999", std::nullopt},
+    };
+    for (const auto& [uid, key] : cases)
+        EXPECT_EQ(ownKeyOf(uid), key) << uid;
 }
 
 } // namespace
