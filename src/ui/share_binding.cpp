@@ -67,6 +67,7 @@ ShareBinding::ShareBinding(MainWindow& window, Capture& capture, ContestLog& log
     connect(&window_, &MainWindow::bandChanged, this, &ShareBinding::bandChosen);
 
     worker_ = std::make_unique<PgShareWorker>(log.path(), password);
+    worker_->watchBand(capture_.band());
     worker_->start();
     timer_ = new QTimer(this);
     timer_->setObjectName("ShareTimer");
@@ -86,10 +87,25 @@ ShareBinding::~ShareBinding() {
 
 void ShareBinding::nudge() {
     worker_->nudge();
+    // The number held for the next QSO comes with the worker's round.
+    QTimer::singleShot(150, this, &ShareBinding::refresh);
+}
+
+void ShareBinding::takeHeldSerial(const ShareStatus& st) {
+    if (st.heldBand == heldBand_ && st.heldSerial == heldSerial_)
+        return;
+    heldBand_ = st.heldBand;
+    heldSerial_ = st.heldSerial;
+    view_.setHeld(heldBand_, heldSerial_);
+    // The number shown is the one the QSO gets and the one sent on the air:
+    // it changes only while no QSO is in hand.
+    if (window_.entryRow().call.empty())
+        window_.setNextSerial(q(capture_.nextSerial()));
 }
 
 void ShareBinding::refresh() {
     const ShareStatus st = worker_->status();
+    takeHeldSerial(st);
     positions_->setRowCount(static_cast<int>(st.positions.size()));
     int r = 0;
     for (const auto& p : st.positions) {
@@ -152,6 +168,7 @@ void ShareBinding::showSummary(const ShareSummary& s) {
 }
 
 void ShareBinding::bandChosen(int b) {
+    worker_->watchBand(b);
     QStringList holders;
     for (const auto& p : worker_->status().positions)
         if (p.position != position_ && p.band == b && p.secondsSinceSeen <= kOfflineSeconds)

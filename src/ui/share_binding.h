@@ -23,6 +23,7 @@ namespace orv {
 class Capture;
 class ContestLog;
 class PgShareWorker;
+struct ShareStatus;
 class Texts;
 } // namespace orv
 
@@ -50,6 +51,7 @@ public:
 
 private:
     void bandChosen(int band);
+    void takeHeldSerial(const ShareStatus& status);
     void showSummary(const ShareSummary& s);
 
     MainWindow& window_;
@@ -67,6 +69,8 @@ private:
     ShareSummaryReader summaryReader_;
     std::future<ShareSummary> summary_;
     QString linkState_;
+    int heldBand_ = -1;
+    std::int64_t heldSerial_ = 0;
 };
 
 } // namespace orv::ui

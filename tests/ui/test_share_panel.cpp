@@ -112,6 +112,15 @@ private slots:
         QCOMPARE(synced.status, 0);
         QVERIFY(synced.out.find("Wartende QSOs:\t0\n") != std::string::npos);
         QVERIFY(synced.out.find("Doppelte Nummern:\t432\t2\t2") != std::string::npos);
+
+        // B's window holds number 1 of 1296 MHz on the server: the window
+        // here, on that band, offers 2, the number the server holds for it.
+        constexpr int k1296 = 3;
+        QCOMPARE(pg.psql("SELECT orv_hold_serial('Field', 3, 'B', 0)"), std::string("1\n"));
+        w->selectBand(k1296);
+        QTRY_COMPARE_WITH_TIMEOUT(serial->text(), QString("002"), 10000);
+        QCOMPARE(pg.psql("SELECT nr FROM orv_hold WHERE position = 'A' AND band = 3"),
+                 std::string("2\n"));
         orv::platform::QtDialogs::setRecording(false);
     }
 

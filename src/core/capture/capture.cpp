@@ -47,9 +47,7 @@ std::optional<QsoRow> Capture::rowForCommit(const EntryRow& row, Failure& failur
         return std::nullopt;
     }
     const std::optional<DateTime> panelDate = c.date;
-    std::int64_t serial = state_.LastQSONr + 1;
-    if (others_)
-        serial = std::max(serial, others_->highestSerial(state_.band()) + 1);
+    std::int64_t serial = serialToGive();
     if (!text::trim(row.serial).empty()) {
         if (!text::isInteger(text::trim(row.serial)) || text::leadingInt(row.serial) < 1) {
             failure = refuse(225, "Text5");

@@ -106,6 +106,9 @@ public:
     virtual std::optional<QsoRow> liveQso(int band, std::string_view call) = 0;
     // The highest QSO number the other positions gave on the band.
     virtual std::int64_t highestSerial(int band) = 0;
+    // The number the station holds for this position's next QSO on the band,
+    // when it has one: it stands above what the others may give meanwhile.
+    virtual std::optional<std::int64_t> heldSerial(int) { return std::nullopt; }
 };
 
 class Capture {
@@ -225,6 +228,10 @@ public:
     std::function<void()> afterChange;
 
 private:
+    // The next QSO number of the band: after this position's last and the
+    // other positions' highest, or the number held for it when that is
+    // higher.
+    std::int64_t serialToGive() const;
     std::optional<QsoRow> rowForCommit(const EntryRow& row, Failure& failure) const;
     DuplicatePanel panelOf(const QsoRow& q) const;
     // A worked-before line of the lookup list: call in 13 columns, locator,

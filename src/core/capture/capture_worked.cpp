@@ -84,11 +84,18 @@ WorkedBands::Bands Capture::workedBands(std::string_view call) {
     return bands;
 }
 
+std::int64_t Capture::serialToGive() const {
+    std::int64_t serial = state_.LastQSONr + 1;
+    if (others_ && state_.band() >= 0) {
+        serial = std::max(serial, others_->highestSerial(state_.band()) + 1);
+        if (const auto held = others_->heldSerial(state_.band()); held && *held > serial)
+            serial = *held;
+    }
+    return serial;
+}
+
 std::string Capture::nextSerial() const {
-    std::int64_t last = state_.LastQSONr;
-    if (others_ && state_.band() >= 0)
-        last = std::max(last, others_->highestSerial(state_.band()));
-    return entry::formatSerial(last + 1);
+    return entry::formatSerial(serialToGive());
 }
 
 std::vector<WorkedOnBand> Capture::WorkAlso(std::string_view call) {

@@ -75,6 +75,11 @@ public:
     virtual std::vector<SharedQso> changesSince(std::int64_t afterChangeNo, int limit) = 0;
     virtual void reportPosition(const PositionStatus& status) = 0;
     virtual std::vector<PositionStatus> positions() = 0;
+    // The number the station gives `position` for its next QSO on the band,
+    // held for it on the server: kept while it stays above `known` (the
+    // highest number the position knows on the band), else the next number
+    // of the band's series that no position holds.
+    virtual std::int64_t holdSerial(int band, const std::string& position, std::int64_t known) = 0;
 };
 
 } // namespace orv

@@ -23,4 +23,10 @@ std::int64_t SharedStationView::highestSerial(int band) {
     return st.int64(0);
 }
 
+std::optional<std::int64_t> SharedStationView::heldSerial(int band) {
+    if (band != heldBand_ || band < 0)
+        return std::nullopt;
+    return held_;
+}
+
 } // namespace orv

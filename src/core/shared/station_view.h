@@ -15,9 +15,17 @@ public:
     explicit SharedStationView(sql::Db& db) : db_(db) {}
     std::optional<QsoRow> liveQso(int band, std::string_view call) override;
     std::int64_t highestSerial(int band) override;
+    std::optional<std::int64_t> heldSerial(int band) override;
+    // What the worker last got from the server; band -1 when nothing.
+    void setHeld(int band, std::int64_t serial) {
+        heldBand_ = band;
+        held_ = serial;
+    }
 
 private:
     sql::Db& db_;
+    int heldBand_ = -1;
+    std::int64_t held_ = 0;
 };
 
 } // namespace orv

@@ -353,6 +353,12 @@ std::vector<PositionStatus> PgServer::positions() {
     return out;
 }
 
+std::int64_t PgServer::holdSerial(int band, const std::string& position, std::int64_t known) {
+    Result r = exec("SELECT orv_hold_serial($1, $2::integer, $3, $4::bigint)",
+                    {contest_, std::to_string(band), position, std::to_string(known)});
+    return r.int64(0, 0);
+}
+
 void PgServer::publishContest(const ContestInfo& c) {
     exec("INSERT INTO orv_contest VALUES ($1, $2, $3, $4, $5) ON CONFLICT (contest) DO NOTHING",
          {contest_, c.myCall, c.myLocator, c.contName, c.weights});

@@ -41,7 +41,7 @@ struct PgTimeouts {
 
 class PgServer : public SharedServer {
 public:
-    static constexpr int kSchemaVersion = 1;
+    static constexpr int kSchemaVersion = 2;
 
     // `address` is postgresql://USER@HOST:PORT/DB; `password` empty when the
     // server needs none.
@@ -68,6 +68,7 @@ public:
     std::vector<SharedQso> changesSince(std::int64_t afterChangeNo, int limit) override;
     void reportPosition(const PositionStatus& status) override;
     std::vector<PositionStatus> positions() override;
+    std::int64_t holdSerial(int band, const std::string& position, std::int64_t known) override;
 
     // The station of the contest, as the position that shared it first gave
     // it: the log's `MyData` for the positions that join.

@@ -63,6 +63,14 @@ void PgShareWorker::nudge() {
         auto n = write(wakeFd_, &one, sizeof one);
 }
 
+void PgShareWorker::watchBand(int band) {
+    {
+        std::lock_guard lock(mutex_);
+        watchedBand_ = band;
+    }
+    nudge();
+}
+
 ShareStatus PgShareWorker::status() const {
     std::lock_guard lock(mutex_);
     return status_;
@@ -141,6 +149,11 @@ void PgShareWorker::loop() {
     auto lastFlush = std::chrono::steady_clock::time_point{};
     auto lastReport = std::chrono::steady_clock::time_point{};
     std::vector<PositionStatus> positions;
+    // The serial held for the band watched, and the highest number known
+    // there when it was asked for.
+    int heldBand = -1;
+    std::int64_t heldSerial = 0;
+    std::int64_t heldKnown = -1;
     bool published = false;
     bool roundDue = true;
     bool noticeDue = false;
@@ -179,6 +192,19 @@ void PgShareWorker::loop() {
                     positions = server.positions();
                     lastReport = now;
                 }
+                int band = -1;
+                {
+                    std::lock_guard lock(mutex_);
+                    band = watchedBand_;
+                }
+                if (band >= 0 && band < kBandCount) {
+                    const std::int64_t known = store.highestSerial(band);
+                    if (band != heldBand || known != heldKnown) {
+                        heldSerial = server.holdSerial(band, setup.position, known);
+                        heldBand = band;
+                        heldKnown = known;
+                    }
+                }
                 if (!marks.entries.empty() && now - lastFlush >= std::chrono::seconds(1)) {
                     flushMarks(store, marks);
                     lastFlush = now;
@@ -192,6 +218,8 @@ void PgShareWorker::loop() {
                 status_.schemaRefused = false;
                 status_.lastError.clear();
                 status_.positions = positions;
+                status_.heldBand = heldBand;
+                status_.heldSerial = heldSerial;
                 retryMs = timing_.firstRetryMs;
                 roundDue = false;
                 noticeDue = false;

@@ -31,6 +31,10 @@ struct ShareStatus {
     std::int64_t conflicts = 0;
     std::int64_t rounds = 0; // completed rounds, for waiting on one
     std::vector<PositionStatus> positions;
+    // The number the server holds for this position's next QSO on the band
+    // watched; heldBand -1 while none has been given.
+    int heldBand = -1;
+    std::int64_t heldSerial = 0;
 };
 
 struct ShareWorkerTiming {
@@ -61,6 +65,9 @@ public:
     void stop();
     // Asks for a round soon, e.g. after a local commit.
     void nudge();
+    // The band this position logs on: the worker has the server hold a
+    // number of the station's series for its next QSO there (-1: none).
+    void watchBand(int band);
     ShareStatus status() const;
 
 private:
@@ -79,6 +86,7 @@ private:
     std::condition_variable wake_;
     bool stopping_ = false;
     bool nudged_ = false;
+    int watchedBand_ = -1;
     ShareStatus status_;
     int wakeFd_ = -1;
     std::thread thread_;

@@ -45,6 +45,14 @@ public:
     }
     void reportPosition(const PositionStatus& s) override { status[s.position] = s; }
     std::vector<PositionStatus> positions() override { return {}; }
+    std::int64_t holdSerial(int band, const std::string& position, std::int64_t known) override {
+        auto& held = holds[{band, position}];
+        if (held > known)
+            return held;
+        held = std::max(next[band], known + 1);
+        next[band] = held + 1;
+        return held;
+    }
 
     ShareDigest digest() const {
         std::vector<std::pair<std::string, std::int64_t>> v;
@@ -55,6 +63,8 @@ public:
 
     std::map<std::string, SharedQso> qsos;
     std::map<std::string, PositionStatus> status;
+    std::map<std::pair<int, std::string>, std::int64_t> holds;
+    std::map<int, std::int64_t> next;
     bool down = false;
 
 private:

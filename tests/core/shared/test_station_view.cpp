@@ -84,6 +84,25 @@ TEST(SharedStationView, OtherPositionsCountForDuplicatesWorkedBeforeAndSerials) 
     EXPECT_EQ(capture.workedBands("DL2XYZ").to_string(),
               WorkedBands::Bands().set(k144).to_string());
     EXPECT_TRUE(capture.workedBands("DL9ZZZ").none());
+
+    // The number the server holds for this position counts only on its band
+    // and only above what the station has given there (10 on 144 MHz).
+    struct Held {
+        int band;
+        std::int64_t nr;
+        std::string next;
+    };
+    const Held holds[] = {{k144, 14, "014"}, {k144, 11, "011"}, {k144, 10, "011"},
+                          {k144, 3, "011"},  {k432, 20, "011"}, {-1, 0, "011"}};
+    for (const auto& h : holds) {
+        view.setHeld(h.band, h.nr);
+        EXPECT_EQ(capture.nextSerial(), h.next) << h.band << " " << h.nr;
+    }
+    // The QSO gets the held number.
+    view.setHeld(k144, 14);
+    EntryRow next = entry("DL3XYZ");
+    EXPECT_EQ(capture.Uebernehmen(next).kind, CommitResult::Kind::Stored);
+    EXPECT_EQ(log.rows(k144).back().qsoNr, 14);
 }
 
 } // namespace

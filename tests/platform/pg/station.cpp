@@ -23,13 +23,33 @@ ShareWorkerTiming quickTiming() {
 }
 
 std::string TestPosition::logQso(int band, const std::string& call) {
+    return logNumbered(band, call, store().highestSerial(band) + 1);
+}
+
+std::string TestPosition::logHeldQso(int band, const std::string& call) {
+    worker->watchBand(band);
+    const auto until = std::chrono::steady_clock::now() + std::chrono::seconds(5);
+    std::int64_t nr = store().highestSerial(band) + 1;
+    while (std::chrono::steady_clock::now() < until) {
+        const ShareStatus st = worker->status();
+        if (st.heldBand == band && st.heldSerial >= nr) {
+            nr = st.heldSerial;
+            break;
+        }
+        std::this_thread::sleep_for(std::chrono::milliseconds(2));
+        nr = std::max(nr, store().highestSerial(band) + 1);
+    }
+    return logNumbered(band, call, nr);
+}
+
+std::string TestPosition::logNumbered(int band, const std::string& call, std::int64_t nr) {
     QsoRow q;
     q.call = call;
     q.locator = "JO62QM";
     q.qrg = 144;
     q.datTime = DateTime{2026, 6, 6, 14, 0, 0};
     q.rstGeg = "59";
-    q.qsoNr = store().highestSerial(band) + 1;
+    q.qsoNr = nr;
     q.rstErh = "59001";
     q.opCall = name;
     const RowId id = log->addQso(band, q, {});

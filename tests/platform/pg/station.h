@@ -12,8 +12,8 @@
 
 #include "core/logstore/contest_log.h"
 #include "core/shared/shared_store.h"
-#include "support/fault_proxy.h"
 #include "platform/pg/pg_share_worker.h"
+#include "support/fault_proxy.h"
 #include "support/pg_cluster.h"
 #include "support/temp_dir.h"
 
@@ -33,8 +33,15 @@ struct TestPosition {
     SharedStore store() { return SharedStore(log->db()); }
     // Logs a QSO on the band with the next number this position knows.
     std::string logQso(int band, const std::string& call);
+    // Logs a QSO with the number the server holds for this position on the
+    // band, as the window gives it; waits (bounded) for the worker to have
+    // one above what the position knows, and falls back to the next known.
+    std::string logHeldQso(int band, const std::string& call);
     void startWorker();
     void stopWorker();
+
+private:
+    std::string logNumbered(int band, const std::string& call, std::int64_t nr);
 };
 
 class TestStation {

@@ -10,6 +10,7 @@
 
 #include <chrono>
 #include <random>
+#include <set>
 #include <thread>
 
 #include "core/shared/shared_sync.h"
@@ -35,7 +36,7 @@ TEST(SharedScenarios, PositionsOnTwoBandsAndTwoOnOneBandLogAtOnce) {
             // Each logger thread writes through a connection of its own.
             auto& p = st[i];
             for (int n = 0; n < 15; ++n) {
-                p.logQso(bands[i], p.name + "CALL" + std::to_string(n));
+                p.logHeldQso(bands[i], p.name + "CALL" + std::to_string(n));
                 pause(20);
             }
         });
@@ -44,9 +45,19 @@ TEST(SharedScenarios, PositionsOnTwoBandsAndTwoOnOneBandLogAtOnce) {
     ASSERT_TRUE(st.healed());
     st.checkInvariants();
     EXPECT_EQ(st.serverSet().size(), 45u);
-    // The position on its own band numbered without a gap or a double.
+    // The position on its own band numbered without a gap or a double; the
+    // two on one band took their numbers from the station's series held on
+    // the server: no number twice, and none skipped but the two each holds
+    // for its next QSO.
     EXPECT_TRUE(st[0].store().doubleSerials(k432).empty());
     EXPECT_EQ(st[1].store().highestSerial(k432), 15);
+    EXPECT_TRUE(st[0].store().doubleSerials(k144).empty());
+    std::set<std::int64_t> numbers;
+    for (const auto& q : st[0].store().stationQsos())
+        if (q.band == k144)
+            numbers.insert(q.row.qsoNr);
+    EXPECT_EQ(numbers.size(), 30u);
+    EXPECT_LE(*numbers.rbegin(), 32);
 }
 
 TEST(SharedScenarios, ALinkCutForAWhileCatchesUpAndFlagsDoubleNumbers) {
