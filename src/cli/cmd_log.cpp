@@ -1,13 +1,16 @@
-// new-log NAME: creates a contest log after the checks of the log chooser.
+// new-log NAME: creates a contest log after the checks of the log chooser,
+// shared at once when a server and a position are given.
 // info NAME: the station, the contest and the stored totals of each band.
 #include <filesystem>
 #include <string>
 #include <vector>
 
 #include "cli/cli.h"
+#include "cli/share_link.h"
 #include "core/logstore/contest_defs.h"
 #include "core/logstore/log_setup.h"
 #include "core/settings/ini_file.h"
+#include "core/shared/share_address.h"
 #include "core/util/text.h"
 
 namespace orv::cli {
@@ -25,12 +28,27 @@ std::optional<std::array<int, kBandCount>> parseWeights(const std::string& s) {
     return w;
 }
 
+constexpr int kInvalidPosition = 1321;
+
+const std::string kNewLogUsage =
+    "NAME --call CALL --locator LOC [--contest NAME] [--weights w0,...,w9] [--overwrite] "
+    "[--server postgresql://USER@HOST:PORT/DB --position NAME [--password-file FILE]]";
+
 int runNewLog(Context& ctx, const Args& args) {
-    if (args.positional.size() != 1) {
-        return ctx.usage("new-log NAME --call CALL --locator LOC [--contest NAME] "
-                         "[--weights w0,...,w9] [--overwrite]");
-    }
+    if (args.positional.size() != 1)
+        return ctx.usage("new-log " + kNewLogUsage);
     const std::string name = args.positional[0];
+    // A log to be shared: the server's address and the position are checked
+    // before anything is made, as `share` checks them.
+    const bool share = args.has("server") || args.has("position");
+    if (share) {
+        const std::string server = args.getOr("server", "");
+        if (!parseShareAddress(server))
+            return ctx.fail(kShareInvalidAddress, kRefused, "--server " + server);
+        const std::string position = args.getOr("position", "");
+        if (!validPositionName(position))
+            return ctx.fail(kInvalidPosition, kRefused, "--position " + position);
+    }
 
     // The contest in force as the chooser has it: AConDat, then the ConE
     // entry of the chosen name, then weights given outright.
@@ -69,7 +87,14 @@ int runNewLog(Context& ctx, const Args& args) {
         return ctx.refuse(f);
     }
     ctx.out << made.value().path().string() << "\n";
-    return kOk;
+    if (!share)
+        return kOk;
+    Args shareArgs;
+    shareArgs.positional = {name};
+    for (const char* o : {"server", "position", "password-file"})
+        if (const auto v = args.get(o))
+            shareArgs.options[o] = *v;
+    return commands().at("share").run(ctx, shareArgs);
 }
 
 int runInfo(Context& ctx, const Args& args) {
@@ -100,9 +125,10 @@ int runInfo(Context& ctx, const Args& args) {
 
 const bool registeredNewLog = registerCommand(
     {"new-log",
-     "NAME --call CALL --locator LOC [--contest NAME] [--weights w0,...,w9] [--overwrite]",
+     kNewLogUsage,
      "create the contest log Logs/NAME.sqlite; the weights come from --weights, else from the "
-     "ConE entry named by --contest, else from AConDat",
+     "ConE entry named by --contest, else from AConDat; with --server and --position it is "
+     "shared at once, as `share` does",
      {"overwrite"},
      &runNewLog});
 
