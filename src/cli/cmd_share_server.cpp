@@ -2,6 +2,7 @@
 // PostgreSQL server of this machine for a shared contest in one step (role,
 // database, listening on the network, pg_hba.conf, restart) and prints the
 // address the positions give to share and join. Safe to run again.
+#include <algorithm>
 #include <functional>
 #include <string>
 
@@ -155,12 +156,23 @@ int run(Context& ctx, const Args& args) {
     // The password goes to psql on its standard input, never on a command line.
     if (!step(ctx, *server, psql, code, roleAndDatabaseSql(database, user, password)))
         return code;
-    std::string files;
-    if (!step(ctx, *server, psql, code, "SHOW config_file;\nSHOW hba_file;\n", &files))
+    std::string shown;
+    if (!step(ctx, *server, psql, code,
+              "SHOW config_file;\nSHOW hba_file;\nSELECT setting, source FROM pg_settings WHERE "
+              "name = 'listen_addresses';\n",
+              &shown))
         return code;
-    const auto newline = files.find('\n');
-    const std::string conf = files.substr(0, newline);
-    const std::string hba = firstLine(files.substr(newline == std::string::npos ? 0 : newline + 1));
+    std::vector<std::string> lines;
+    for (std::size_t at = 0; at < shown.size();) {
+        const auto end = std::min(shown.find('\n', at), shown.size());
+        lines.push_back(shown.substr(at, end - at));
+        at = end + 1;
+    }
+    if (lines.size() < 3)
+        return ctx.fail(kStepFailed, kFailure, shown);
+    const std::string& conf = lines[0];
+    const std::string& hba = lines[1];
+    const bool restartPending = listenRestartPending(lines[2]);
     bool listenChanged = false, hbaChanged = false;
     if (!edit(ctx, conf, listenEverywhere, listenChanged, code) ||
         !edit(
@@ -168,7 +180,7 @@ int run(Context& ctx, const Args& args) {
             [&](std::string_view text) { return allowNetwork(text, database, user, *network); },
             hbaChanged, code))
         return code;
-    if (listenChanged) {
+    if (listenChanged || restartPending) {
         // The server reads listen_addresses only when it starts.
         if (!step(ctx, *server, server->commands.restart, code, {}, nullptr, asRoot))
             return code;

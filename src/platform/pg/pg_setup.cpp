@@ -223,6 +223,16 @@ ConfEdit listenEverywhere(std::string_view conf) {
     return {joinLines(lines), true};
 }
 
+bool listenRestartPending(std::string_view row) {
+    const auto bar = row.find('|');
+    if (bar == std::string_view::npos)
+        return false;
+    std::string_view source = row.substr(bar + 1);
+    while (!source.empty() && (source.back() == '\n' || source.back() == '\r'))
+        source.remove_suffix(1);
+    return source != "command line" && !listensEverywhere(std::string(row.substr(0, bar)));
+}
+
 ConfEdit allowNetwork(std::string_view hba, const std::string& database, const std::string& user,
                       const std::string& network) {
     const std::string ours = padded("host", 8) + padded(database, 16) + padded(user, 16) +

@@ -33,6 +33,12 @@ struct ConfEdit {
 // becomes active in place, else a line is appended. Nothing else moves.
 ConfEdit listenEverywhere(std::string_view conf);
 
+// Whether the running server still waits for a restart to listen on every
+// address, from psql's row "SETTING|SOURCE" of listen_addresses: so a run
+// after one whose restart failed restarts too. A value given on the
+// server's command line is its owner's choice and stays.
+bool listenRestartPending(std::string_view row);
+
 // pg_hba.conf letting `user` reach `database` from `network` with
 // scram-sha-256. The line goes before the first host line, as the server
 // takes the first line that matches; one already there stays alone, and one

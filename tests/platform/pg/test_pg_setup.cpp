@@ -61,6 +61,19 @@ TEST(PgSetup, ListenOnEveryAddressChangesOnlyTheLineTheServerReads) {
     }
 }
 
+TEST(PgSetup, RestartPendingWhileTheServerListensNarrowerThanItsFile) {
+    const struct {
+        const char* row;
+        bool pending;
+    } cases[] = {
+        {"localhost|default", true},         {"localhost|configuration file\n", true},
+        {"*|configuration file\n", false},   {"localhost,*|configuration file", false},
+        {"127.0.0.1|command line\n", false}, {"", false},
+    };
+    for (const auto& c : cases)
+        EXPECT_EQ(listenRestartPending(c.row), c.pending) << c.row;
+}
+
 TEST(PgSetup, NetworkAllowedOnceBeforeTheGeneralLines) {
     const std::string ours =
         "host    contest         contest         192.168.1.0/24          scram-sha-256\n";

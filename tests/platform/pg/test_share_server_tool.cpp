@@ -1,8 +1,12 @@
 // share-server on a server the test starts: the positions log in with the
 // password over TCP, a second run changes only the password, and refused
-// input changes nothing.
+// input or user changes nothing.
 
 #include <gtest/gtest.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <cstdlib>
 
 #include "core/util/file_io.h"
 #include "support/pg_cluster.h"
@@ -53,6 +57,21 @@ TEST(ShareServerTool, SetsUpTheServerOnceAndPositionsLogInWithThePassword) {
         const auto run = setup(r.extra);
         EXPECT_EQ(run.status, 2) << r.err;
         EXPECT_NE(run.err.find(r.err), std::string::npos) << run.err;
+    }
+    if (geteuid() == 0) {
+        // Neither root nor the server's owner: refused before anything runs.
+        TempDir other;
+        std::filesystem::permissions(other.path(), std::filesystem::perms::all,
+                                     std::filesystem::perm_options::add);
+        writeFile(other / "pw.txt", "x\n");
+        const std::string exe = (binaryDir() / "src" / "cli" / "orvanta-tool").string();
+        const int status = std::system(
+            ("runuser -u nobody -- " + exe + " --home " + other.path().string() +
+             " share-server --network 127.0.0.1/32 --superuser orv --data-dir " + data.string() +
+             " --password-file " + (other / "pw.txt").string() + " 2>" + (other / "err").string())
+                .c_str());
+        EXPECT_EQ(WEXITSTATUS(status), 2);
+        EXPECT_NE(readFile(other / "err").find("nur root"), std::string::npos);
     }
     EXPECT_EQ(fileio::readAll(conf), conf0);
     EXPECT_EQ(fileio::readAll(hba), hba0);
