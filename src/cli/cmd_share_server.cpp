@@ -40,6 +40,8 @@ struct Server {
     std::filesystem::path dataDir;
     std::string owner;
     PgCommands commands;
+    // As pg_lsclusters tells; a data folder by its postmaster.pid.
+    bool running = false;
 };
 
 std::optional<Server> findServer(Context& ctx, const Args& args, int& code) {
@@ -57,7 +59,9 @@ std::optional<Server> findServer(Context& ctx, const Args& args, int& code) {
             code = ctx.fail(kNoServer, kRefused, "--data-dir " + *dir);
             return std::nullopt;
         }
-        return Server{*dir, owner, dataDirCommands(*dir, version)};
+        const bool running =
+            std::filesystem::exists(std::filesystem::path(*dir) / "postmaster.pid");
+        return Server{*dir, owner, dataDirCommands(*dir, version), running};
     }
     const std::string wanted = args.getOr("cluster", "");
     const CommandRun listing = runCommand({"pg_lsclusters", "-h"});
@@ -66,7 +70,7 @@ std::optional<Server> findServer(Context& ctx, const Args& args, int& code) {
         code = ctx.fail(kNoServer, wanted.empty() ? kFailure : kRefused, wanted);
         return std::nullopt;
     }
-    return Server{cluster->dataDir, cluster->owner, debianCommands(*cluster)};
+    return Server{cluster->dataDir, cluster->owner, debianCommands(*cluster), cluster->online};
 }
 
 std::optional<PgListening> listening(const Server& s) {
@@ -145,8 +149,7 @@ int run(Context& ctx, const Args& args) {
     if (!mayDriveServerOf(server->owner))
         return ctx.fail(kNotRoot, kRefused, server->owner);
     const bool asRoot = server->commands.controlAsRoot;
-    if (!listening(*server) &&
-        !step(ctx, *server, server->commands.start, code, {}, nullptr, asRoot))
+    if (!server->running && !step(ctx, *server, server->commands.start, code, {}, nullptr, asRoot))
         return code;
     auto where = listening(*server);
     if (!where)
