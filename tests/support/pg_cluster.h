@@ -18,6 +18,8 @@ public:
     PgCluster& operator=(const PgCluster&) = delete;
 
     int port() const { return port_; }
+    // The data folder, with postgresql.conf and pg_hba.conf inside.
+    const std::string& dataDir() const { return data_; }
     // postgresql://orv@127.0.0.1:PORT/postgres, or through another port.
     std::string address(int port = 0) const;
     void start();

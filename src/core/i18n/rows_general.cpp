@@ -76,6 +76,12 @@ constexpr TextRow kRows[] = {
     {606, "zehn ganze Zahlen, durch Kommas getrennt"},
     {607, "keiner angegeben, und AConDat enthält keinen CName"},
     {608, "Keine Sprachdatei dieses Namens. Vorhandene Sprachen:"},
+    {609, "Ungültiges Netz, erwartet wie 192.168.1.0/24:"},
+    {610, "Ungültiger Name, erlaubt sind bis 63 Zeichen a-z, 0-9 und _, vorne keine Ziffer:"},
+    {611, "Die Passwortdatei ist leer:"},
+    {612, "Geändert:"},
+    {613, "Der Server wurde neu gestartet."},
+    {614, "Dieser Rechner hat keine Adresse in diesem Netz; statt HOST seine Adresse angeben:"},
 };
 
 } // namespace

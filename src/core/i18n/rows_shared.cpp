@@ -42,6 +42,11 @@ std::span<const TextRow> sharedRows() {
         {1354, "Station auf dem Band:"},
         {1355, "Großfelder"},
         {1356, "Ein Log dieses Namens gibt es hier schon:"},
+        {1357, "Der Server ist eingerichtet. Die Positionen geben als Server an:"},
+        {1358, "Kein PostgreSQL-Server gefunden (Paket postgresql; sonst --cluster VERSION/NAME "
+               "oder --data-dir ORDNER):"},
+        {1359, "Ein Schritt der Einrichtung des Servers ist fehlgeschlagen:"},
+        {1360, "Den Server einrichten dürfen nur root (sudo) und sein Besitzer:"},
     };
     return kRows;
 }
