@@ -42,6 +42,8 @@ std::span<const TextRow> sharedRows() {
         {1354, "Station auf dem Band:"},
         {1355, "Großfelder"},
         {1356, "Ein Log dieses Namens gibt es hier schon:"},
+        {1361, "Mehrere QSOs tragen diese Nummer; --position wählt die Position:"},
+        {1362, "Diesen Konflikt gibt es nicht (die Nummer steht vorn in der Liste von sync):"},
     };
     return kRows;
 }
