@@ -160,6 +160,16 @@ TEST(ShareTool, ChangesOtherPositionsQsosAndResolvesConflicts) {
         {{"restore", "--nr", "3"}, 0, "", {"DL2BBB", "DL7XYZ", "DL4BBB"}},
         {{"delete", "--nr", "1", "--position", "B"}, 0, "", {"DL2BBB deleted", "DL7XYZ", "DL4BBB"}},
         {{"delete", "--nr", "1", "--position", "Z"}, 2, "--position Z --nr 1", {}},
+        {{"correct", "--nr", "2", "--position", "B", "--locator", "ZZ99"},
+         2,
+         "Ungültiger Locator",
+         {}},
+        // A logs B's deleted call itself: B's QSO cannot come back.
+        {{"add", "--call", "DL2BBB", "--rst", "59", "--rcvd", "59001", "--locator", "JN88EF"},
+         0,
+         "",
+         {"DL2BBB deleted", "DL7XYZ", "DL4BBB"}},
+        {{"restore", "--nr", "1", "--position", "B"}, 2, "kann nicht wieder hergestellt", {}},
         {{"restore", "--nr", "9"}, 2, "--nr 9", {}},
     };
     for (const auto& s : steps) {
