@@ -1,21 +1,17 @@
 // add, list, delete, restore, correct, clear-band: the QSO capture of the
 // main window, driven through the same core path from the command line.
+// On a shared log, delete, restore and correct reach the other positions'
+// QSOs too (share_remote.h).
 #include <sstream>
 
 #include "cli/log_access.h"
+#include "cli/share_remote.h"
 #include "core/capture/capture.h"
 #include "core/settings/settings.h"
 #include "core/util/text.h"
 
 namespace orv::cli {
 namespace {
-
-void printRow(std::ostream& out, const GridRow& row) {
-    const GridCells c = gridCells(row);
-    for (std::size_t i = 0; i < c.size(); ++i)
-        out << (i ? "\t" : "") << c[i];
-    out << "\n";
-}
 
 // A log, its band and a capture on it, opened for one command.
 struct OpenBand {
@@ -75,7 +71,7 @@ int runAdd(Context& ctx, const Args& args) {
     const CommitResult res = capture.Uebernehmen(row);
     switch (res.kind) {
     case CommitResult::Kind::Stored:
-        printRow(ctx.out, res.stored);
+        printGridRow(ctx.out, res.stored);
         return kOk;
     case CommitResult::Kind::Duplicate: {
         ctx.err << ctx.texts(200) << "\n";
@@ -97,7 +93,7 @@ int runList(Context& ctx, const Args& args) {
         return code;
     const BandState& st = s->capture->state();
     for (const GridRow& r : st.rows())
-        printRow(ctx.out, r);
+        printGridRow(ctx.out, r);
     ctx.out << "# lastnr=" << st.LastQSONr << " score=" << st.PGesamt
             << " kmperqso=" << st.kmPerQso() << " odx=" << st.ODX << " odxnr=" << st.ODXNr
             << " squares=" << st.GrossfeldZahl() << " deleted=" << st.deletedCount() << "\n";
@@ -112,6 +108,9 @@ int changeMark(Context& ctx, const Args& args, bool deleted) {
     if (!s)
         return code;
     Capture& capture = *s->capture;
+    if (auto other = changeOtherPosition(ctx, args, capture, s->opened.log.db(),
+                                         deleted ? OtherChange::Delete : OtherChange::Restore))
+        return *other;
     const auto row = rowOfNr(ctx, capture, args, code);
     if (!row)
         return code;
@@ -122,7 +121,7 @@ int changeMark(Context& ctx, const Args& args, bool deleted) {
     } else if (const Status st = capture.restore(*row); !st) {
         return ctx.refuse(st.failure());
     }
-    printRow(ctx.out, capture.state().rows()[*row]);
+    printGridRow(ctx.out, capture.state().rows()[*row]);
     return kOk;
 }
 
@@ -143,33 +142,18 @@ int runCorrect(Context& ctx, const Args& args) {
     if (!s)
         return code;
     Capture& capture = *s->capture;
+    if (auto other = changeOtherPosition(ctx, args, capture, s->opened.log.db(),
+                                         OtherChange::Correct, dupeZero == "yes"))
+        return *other;
     const auto row = rowOfNr(ctx, capture, args, code);
     if (!row)
         return code;
     EditRow e = capture.editView(*row);
-    const struct {
-        const char* option;
-        std::string EditRow::*field;
-    } fields[] = {
-        {"call", &EditRow::call},       {"rst", &EditRow::rst},   {"rcvd", &EditRow::rstNr},
-        {"locator", &EditRow::locator}, {"time", &EditRow::time}, {"date", &EditRow::date},
-        {"mode", &EditRow::mode},       {"qsl", &EditRow::qsl},   {"note", &EditRow::note},
-        {"rxmode", &EditRow::rxMode},   {"prop", &EditRow::prop}, {"op", &EditRow::op},
-        {"name", &EditRow::name}};
-    for (const auto& f : fields)
-        if (auto v = args.get(f.option))
-            e.*(f.field) = *v;
-    // A new locator gives a new distance, as the correction line's locator
-    // field computes it.
-    if (args.get("locator")) {
-        if (auto p = capture.preview(text::trim(e.locator));
-            p && text::length(text::trim(e.locator)) == 6)
-            e.qrb = std::to_string(p->km);
-    }
+    applyEditOptions(args, capture, e);
     const Status st = capture.UebernehmenEdit(*row, e);
     if (!st)
         return ctx.refuse(st.failure());
-    printRow(ctx.out, capture.state().rows()[*row]);
+    printGridRow(ctx.out, capture.state().rows()[*row]);
     return kOk;
 }
 
@@ -197,6 +181,11 @@ const std::string kFields =
     "[--mode M] [--rxmode M] [--date YYYY-MM-DD] [--time HH:MM] [--note TEXT] [--qsl Yes|No] "
     "[--prop P] [--op CALL] [--name NAME]";
 
+// How the QSO N is found on a shared log.
+const std::string kShared =
+    "; on a shared log with no own QSO N on the band, the other positions' QSO N (--position "
+    "NAME chooses the position, and must when several carry N)";
+
 const bool registered =
     registerCommand({"add",
                      "NAME --band BAND --call CALL --rst RST --rcvd RSTNR --locator LOC " + kFields,
@@ -208,14 +197,21 @@ const bool registered =
                      "print the band's rows (18 cells, tab-separated) and its totals",
                      {},
                      &runList}) &&
-    registerCommand(
-        {"delete", "NAME --band BAND --nr N", "mark the QSO N deleted", {}, &runDelete}) &&
-    registerCommand(
-        {"restore", "NAME --band BAND --nr N", "restore the deleted QSO N", {}, &runRestore}) &&
+    registerCommand({"delete",
+                     "NAME --band BAND --nr N [--position NAME]",
+                     "mark the QSO N deleted" + kShared,
+                     {},
+                     &runDelete}) &&
+    registerCommand({"restore",
+                     "NAME --band BAND --nr N [--position NAME]",
+                     "restore the deleted QSO N" + kShared,
+                     {},
+                     &runRestore}) &&
     registerCommand({"correct",
-                     "NAME --band BAND --nr N [--call C] [--rst R] [--rcvd R] [--locator L] " +
+                     "NAME --band BAND --nr N [--position NAME] [--call C] [--rst R] [--rcvd R] "
+                     "[--locator L] " +
                          kFields + " [--dupe-zero yes|no]",
-                     "correct the QSO N as the correction line does",
+                     "correct the QSO N as the correction line does" + kShared,
                      {},
                      &runCorrect}) &&
     registerCommand({"clear-band",

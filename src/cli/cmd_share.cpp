@@ -1,8 +1,11 @@
 // share LOG --server URL --position NAME: makes a log a shared contest.
 // join NAME --server URL --position NAME: a new position of a shared contest.
-// sync LOG: send what waits, fetch what arrived, and print the state.
+// sync LOG: send what waits, fetch what arrived, and print the state; with
+// --keep-mine ID or --take-server ID it resolves a conflict first.
+#include <algorithm>
 #include <filesystem>
 #include <string>
+#include <vector>
 
 #include "cli/cli.h"
 #include "cli/log_access.h"
@@ -33,6 +36,7 @@ constexpr int kHere = 1334;
 constexpr int kServer = 1335;
 constexpr int kDoubles = 1336;
 constexpr int kLogExists = 1356;
+constexpr int kUnknownConflict = 1362;
 
 // --server and --position, checked; the password of --password-file goes to
 // the keyring (or the password file) for the window and later runs.
@@ -181,6 +185,36 @@ int runJoin(Context& ctx, const Args& args) {
 #endif
 }
 
+// --keep-mine ID and --take-server ID: each names a conflict of the list;
+// all are checked before any is resolved.
+int resolveConflicts(Context& ctx, const Args& args, sql::Db& db) {
+    SharedStore store(db);
+    const auto open = store.conflicts();
+    struct Choice {
+        const char* option;
+        void (SharedStore::*resolve)(std::int64_t);
+        std::int64_t id = 0;
+    };
+    std::vector<Choice> chosen;
+    for (Choice c : {Choice{"keep-mine", &SharedStore::keepMine},
+                     Choice{"take-server", &SharedStore::takeServer}}) {
+        const auto v = args.get(c.option);
+        if (!v)
+            continue;
+        c.id = text::isInteger(*v) ? text::leadingInt(*v) : 0;
+        const bool known = std::any_of(open.begin(), open.end(),
+                                       [&](const ShareConflict& k) { return k.id == c.id; });
+        const bool twice = std::any_of(chosen.begin(), chosen.end(),
+                                       [&](const Choice& o) { return o.id == c.id; });
+        if (!text::isInteger(*v) || !known || twice)
+            return ctx.fail(kUnknownConflict, kRefused, std::string("--") + c.option + " " + *v);
+        chosen.push_back(c);
+    }
+    for (const auto& c : chosen)
+        (store.*c.resolve)(c.id);
+    return kOk;
+}
+
 int runSync(Context& ctx, const Args& args) {
     int code = kOk;
     const auto name = positional(ctx, args, 0, "LOG", code);
@@ -192,6 +226,8 @@ int runSync(Context& ctx, const Args& args) {
     ctx.openedLogs.clear();
     if (!SharedStore::isShared(opened->log.db()))
         return ctx.fail(kNotShared, kRefused, *name);
+    if (const int refused = resolveConflicts(ctx, args, opened->log.db()); refused != kOk)
+        return refused;
     const ShareRound r = shareRound(ctx, opened->log.path());
     printRound(ctx, r);
     return printState(ctx, opened->log.path(), r);
@@ -213,9 +249,12 @@ const bool registered =
                      {},
                      &runJoin}) &&
     registerCommand({"sync",
-                     "LOG",
+                     "LOG [--keep-mine ID] [--take-server ID]",
                      "send what waits, fetch what arrived, then print the QSOs waiting, the last "
-                     "contact and the conflicts; exit 1 when the server cannot be reached",
+                     "contact and the conflicts (each with its ID first); exit 1 when the server "
+                     "cannot be reached. --keep-mine sends this position's version of the "
+                     "conflict ID again over the server's, --take-server leaves the server's; "
+                     "an ID not in the list is refused",
                      {},
                      &runSync});
 

@@ -47,6 +47,8 @@ std::span<const TextRow> sharedRows() {
                "oder --data-dir ORDNER):"},
         {1359, "Ein Schritt der Einrichtung des Servers ist fehlgeschlagen:"},
         {1360, "Den Server einrichten dürfen nur root (sudo) und sein Besitzer:"},
+        {1361, "Mehrere QSOs tragen diese Nummer; --position wählt die Position:"},
+        {1362, "Diesen Konflikt gibt es nicht (die Nummer steht vorn in der Liste von sync):"},
     };
     return kRows;
 }

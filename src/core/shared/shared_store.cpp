@@ -386,6 +386,17 @@ std::vector<SharedQso> SharedStore::remoteQsos(int band) {
     return out;
 }
 
+std::vector<SharedQso> SharedStore::remoteQsosNumbered(int band, std::int64_t qsoNr) {
+    auto st =
+        db_.prepare("SELECT Uid, Position, Rev, ChangeNo, " + qsoColumns() +
+                    " FROM ShareRemote WHERE Band = ?1 AND QSONr = ?2 ORDER BY Position, Uid");
+    st.bind(1, band).bind(2, qsoNr);
+    std::vector<SharedQso> out;
+    while (st.step())
+        out.push_back({st.text(0), band, st.text(1), st.int64(2), st.int64(3), readQso(st, 4)});
+    return out;
+}
+
 std::array<bool, kBandCount> SharedStore::remoteBands() {
     std::array<bool, kBandCount> out{};
     auto st = db_.prepare("SELECT DISTINCT Band FROM ShareRemote");

@@ -125,6 +125,9 @@ public:
     // Own and cached QSOs of the whole station, own first.
     std::vector<SharedQso> stationQsos();
     std::vector<SharedQso> remoteQsos(int band);
+    // The other positions' QSOs of a band that carry the number `qsoNr`,
+    // live and deleted, by position.
+    std::vector<SharedQso> remoteQsosNumbered(int band, std::int64_t qsoNr);
     // The bands on which the other positions hold QSOs.
     std::array<bool, kBandCount> remoteBands();
     // The highest QSO number the position knows on a band, over all positions.

@@ -128,6 +128,11 @@ TEST(SharedStore, LogsQueueTheirChangesAndTheOthersCacheThem) {
     EXPECT_EQ(cached[0].rev, 3);
     EXPECT_EQ(cached[0].position, "A");
     EXPECT_EQ(b.store->highestSerial(k144), 2);
+    // By number, deleted ones too, on their band only.
+    EXPECT_EQ(b.store->remoteQsosNumbered(k144, 1), std::vector<SharedQso>{cached[0]});
+    EXPECT_EQ(b.store->remoteQsosNumbered(k144, 2), std::vector<SharedQso>{cached[1]});
+    EXPECT_TRUE(b.store->remoteQsosNumbered(k144, 3).empty());
+    EXPECT_TRUE(b.store->remoteQsosNumbered(k144 + 1, 1).empty());
     EXPECT_EQ(b.store->digest(), server.digest());
     EXPECT_EQ(a.store->digest(), server.digest());
     EXPECT_EQ(server.status["A"].lastCall, "DL2BBB");
