@@ -8,6 +8,8 @@
 #include "cli/share_remote.h"
 #include "core/capture/capture.h"
 #include "core/settings/settings.h"
+#include "core/shared/shared_store.h"
+#include "core/shared/station_view.h"
 #include "core/util/text.h"
 
 namespace orv::cli {
@@ -18,6 +20,9 @@ struct OpenBand {
     OpenedLog opened;
     Settings settings;
     FixedDialogs dialogs;
+    // A shared log's capture counts the other positions' QSOs as the
+    // window's does: duplicates, worked-before and the next number.
+    std::optional<SharedStationView> station;
     std::optional<Capture> capture;
 };
 
@@ -25,11 +30,15 @@ std::unique_ptr<OpenBand> openBand(Context& ctx, const Args& args, Answer answer
     auto arg = logArgument(ctx, args, true, code);
     if (!arg)
         return nullptr;
-    auto s = std::unique_ptr<OpenBand>(new OpenBand{std::move(arg->opened),
-                                                    Settings(IniFile(ctx.paths.iniPath())),
-                                                    FixedDialogs(answer), std::nullopt});
+    auto s = std::unique_ptr<OpenBand>(
+        new OpenBand{std::move(arg->opened), Settings(IniFile(ctx.paths.iniPath())),
+                     FixedDialogs(answer), std::nullopt, std::nullopt});
     s->capture.emplace(s->opened.log, captureConfigFrom(s->settings, s->opened.log.myData()),
                        ctx.clock, s->dialogs, ctx.texts);
+    if (SharedStore::isShared(s->opened.log.db())) {
+        s->station.emplace(s->opened.log.db());
+        s->capture->setOtherPositions(&*s->station);
+    }
     s->capture->selectBand(arg->band);
     return s;
 }

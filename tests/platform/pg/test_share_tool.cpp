@@ -82,6 +82,12 @@ TEST(ShareTool, SharesJoinsSyncsAndSendsChangesAtOnce) {
     EXPECT_EQ(synced.status, 0);
     EXPECT_NE(synced.out.find("Empfangen:\t2\n"), std::string::npos) << synced.out;
     EXPECT_EQ(pg.psql("SELECT count(*) FROM orv_qso"), "3\n");
+
+    // B's add counts the station: A's call is a duplicate on the band, and
+    // the next number follows A's three.
+    EXPECT_EQ(add(toolB, "DL1XYZ").status, 3);
+    ASSERT_EQ(add(toolB, "DL4XYZ").status, 0);
+    EXPECT_EQ(pg.psql("SELECT fields[6] FROM orv_qso WHERE fields[1] = 'DL4XYZ'"), "4\n");
 }
 
 // Call and deleted mark of each row that `list` prints.
@@ -131,17 +137,20 @@ TEST(ShareTool, ChangesOtherPositionsQsosAndResolvesConflicts) {
         return callsAndMarks(toolB({"list", "Field", "--band", "144"}).out);
     };
     ASSERT_EQ(newLogAt(a.path(), "Field"), 0);
-    ASSERT_EQ(add(toolA, "DL1AAA"), 0);
     ASSERT_EQ(toolA({"share", "Field", "--server", server, "--position", "A"}).status, 0);
     ASSERT_EQ(toolB({"join", "Field", "--server", server, "--position", "B"}).status, 0);
     ASSERT_EQ(toolC({"join", "Field", "--server", server, "--position", "C"}).status, 0);
-    // B numbers 1 to 3 and C 1 and 2 on the same band: 1 is A's own, 2 is
-    // carried by B and C.
-    for (const char* call : {"DL2BBB", "DL3BBB", "DL4BBB"})
-        ASSERT_EQ(add(toolB, call), 0);
-    for (const char* call : {"DL5CCC", "DL6CCC"})
-        ASSERT_EQ(add(toolC, call), 0);
+    // Each add numbers after what its position fetched before (its round
+    // comes after the commit), so the positions, apart in time, give
+    // numbers twice: 1 is carried by A, B and C, 2 by B and C, 3 by B.
+    const std::pair<decltype(toolA)*, const char*> adds[] = {
+        {&toolB, "DL2BBB"}, {&toolC, "DL5CCC"}, {&toolA, "DL1AAA"},
+        {&toolB, "DL3BBB"}, {&toolB, "DL4BBB"}, {&toolC, "DL6CCC"}};
+    for (const auto& [tool, call] : adds)
+        ASSERT_EQ(add(*tool, call), 0) << call;
     ASSERT_EQ(toolA({"sync", "Field"}).status, 0);
+    EXPECT_EQ(pg.psql("SELECT string_agg(fields[6], ',' ORDER BY fields[1]) FROM orv_qso"),
+              "1,1,2,3,1,2\n");
 
     const auto changeNo = [&] { return pg.psql("SELECT max(change_no) FROM orv_qso"); };
     struct Step {
