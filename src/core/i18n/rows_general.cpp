@@ -76,6 +76,8 @@ constexpr TextRow kRows[] = {
     {606, "zehn ganze Zahlen, durch Kommas getrennt"},
     {607, "keiner angegeben, und AConDat enthält keinen CName"},
     {608, "Keine Sprachdatei dieses Namens. Vorhandene Sprachen:"},
+    {621, "Korrektur: Enter speichert, Esc bricht ab."},
+    {622, "Geändert; die Änderung geht an alle Positionen."},
 };
 
 } // namespace

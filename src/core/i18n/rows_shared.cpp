@@ -42,6 +42,11 @@ std::span<const TextRow> sharedRows() {
         {1354, "Station auf dem Band:"},
         {1355, "Großfelder"},
         {1356, "Ein Log dieses Namens gibt es hier schon:"},
+        {1365, "QSOs der anderen Positionen"},
+        {1366, "gelöscht"},
+        {1367, "Rufzeichen tippen filtert. Enter korrigiert, Entf löscht oder stellt wieder her, "
+               "Esc schließt."},
+        {1368, "Die Änderung konnte nicht gespeichert werden:"},
     };
     return kRows;
 }
