@@ -1,5 +1,7 @@
 #include "ui/station_qsos_dialog.h"
 
+#include <QBrush>
+#include <QColor>
 #include <QHeaderView>
 #include <QKeyEvent>
 #include <QLabel>
@@ -30,6 +32,14 @@ constexpr int kTitle = 1365, kDeleted = 1366, kHint = 1367, kNotStored = 1368, k
 constexpr int kCall = 151, kLocator = 155, kRst = 152, kNr = 153, kQrb = 156, kDate = 159,
               kTime = 150;
 
+// The labels of the correction line that the main window's layout adds to
+// the named ones.
+constexpr CaptionRow kLineCaptions[] = {
+    {"EditLabelCall", 151},  {"EditLabelRst", 152},     {"EditLabelNr", 153},
+    {"EditLabelRstNr", 154}, {"EditLabelLocator", 155}, {"EditLabelQrb", 156},
+    {"EditLabelTime", 150},  {"EditLabelQsl", 157},     {"EditLabelOperator", 209},
+};
+
 } // namespace
 
 StationQsosDialog::StationQsosDialog(sql::Db& db, Capture& capture, const Texts& texts,
@@ -52,12 +62,14 @@ StationQsosDialog::StationQsosDialog(sql::Db& db, Capture& capture, const Texts&
                                        q(texts_(kRst)), q(texts_(kRst) + texts_(kNr)),
                                        q(texts_(kQrb)), q(texts_(kDeleted))});
     table_->verticalHeader()->hide();
+    table_->horizontalHeader()->setStretchLastSection(true);
     table_->setEditTriggers(QAbstractItemView::NoEditTriggers);
     table_->setSelectionBehavior(QAbstractItemView::SelectRows);
     table_->setSelectionMode(QAbstractItemView::SingleSelection);
     table_->installEventFilter(this);
     line_ = new CorrectionLine(beeper_, this);
     applyCaptions(*line_, mainWindowCaptions(), texts_);
+    applyCaptions(*line_, kLineCaptions, texts_);
     for (QWidget* f : line_->fields())
         f->installEventFilter(this);
     connect(line_, &CorrectionLine::commitRequested, this, &StationQsosDialog::storeEdit);
@@ -131,6 +143,8 @@ void StationQsosDialog::fill() {
             if (!item)
                 table_->setItem(r, c, item = new QTableWidgetItem);
             item->setText(cells[c]);
+            // Deleted as in the log grid: the call readable, the rest red.
+            item->setBackground(x.errQso && c != 2 ? QBrush(QColor(255, 0, 0)) : QBrush());
         }
         if (s.uid == keep)
             current = r;

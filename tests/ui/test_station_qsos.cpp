@@ -24,7 +24,9 @@ namespace {
 constexpr int k432 = 2;
 
 struct Expected {
+    std::int64_t nr;
     std::string call, locator;
+    std::int64_t qrb;
     bool deleted;
 };
 
@@ -32,7 +34,7 @@ struct Expected {
 std::optional<Expected> atB(const orv::test::TempDir& b, std::int64_t nr) {
     for (const auto& r : orv::ContestLog::openForReading(b / "Logs" / "Field.sqlite").rows(k432))
         if (r.qsoNr == nr)
-            return Expected{r.call, r.locator, r.errQso};
+            return Expected{nr, r.call, r.locator, r.qrb, r.errQso};
     return std::nullopt;
 }
 
@@ -86,6 +88,7 @@ private slots:
         QTest::keyClick(call, Qt::Key_S, Qt::ControlModifier | Qt::ShiftModifier);
         auto* dialog = w->findChild<QDialog*>("StationQsos");
         QVERIFY(dialog);
+        QVERIFY(QTest::qWaitForWindowActive(dialog));
         auto* table = dialog->findChild<QTableWidget*>("StationQsoTable");
         auto* filter = dialog->findChild<QLineEdit*>("StationQsoFilter");
         auto* state = dialog->findChild<QLabel*>("StationQsoState");
@@ -95,63 +98,41 @@ private slots:
         struct Case {
             const char* filter;
             Qt::Key key;
-            const char* call;    // typed over the call, nullptr: left
-            const char* locator; // typed over the locator
-            std::int64_t nr;
-            Expected want;
-            const char* refusal; // the state line when refused
-            const char* ownCall; // logged here first, with a locator of its own
+            const char* call;              // typed over the call, nullptr: left
+            const char* locator;           // typed over the locator
+            Expected want;                 // B's QSO after the sync
+            const char* refusal = nullptr; // the state line when refused
+            const char* ownCall = nullptr; // logged here first
+            bool asked = false;            // a question answered Yes
         };
         const Case cases[] = {
-            {"OK1",
-             Qt::Key_Return,
-             "OK1KHM",
-             "JN79AB",
-             1,
-             {"OK1KHM", "JN79AB", false},
-             nullptr,
-             nullptr},
+            {"OK1", Qt::Key_Return, "OK1KHM", "JN79AB", {1, "OK1KHM", "JN79AB", 388, false}},
             {"G4",
              Qt::Key_Return,
              nullptr,
              "JN7",
-             3,
-             {"G4XYZ", "IO91VL", false},
-             "Ungültiger Locator",
-             nullptr},
-            {"DL1",
-             Qt::Key_Delete,
-             nullptr,
-             nullptr,
-             2,
-             {"DL1ABC", "JO31AB", true},
-             nullptr,
-             nullptr},
-            {"DL1",
-             Qt::Key_Delete,
-             nullptr,
-             nullptr,
-             2,
-             {"DL1ABC", "JO31AB", false},
-             nullptr,
-             nullptr},
-            {"G4",
-             Qt::Key_Delete,
-             nullptr,
-             nullptr,
-             3,
-             {"G4XYZ", "IO91VL", true},
-             nullptr,
-             nullptr},
+             {3, "G4XYZ", "IO91VL", 936, false},
+             "Ungültiger Locator"},
+            {"DL1", Qt::Key_Delete, nullptr, nullptr, {2, "DL1ABC", "JO31AB", 530, true}},
+            {"DL1", Qt::Key_Delete, nullptr, nullptr, {2, "DL1ABC", "JO31AB", 530, false}},
+            {"G4", Qt::Key_Delete, nullptr, nullptr, {3, "G4XYZ", "IO91VL", 936, true}},
             // Logged live here since: the deleted one cannot come back.
             {"G4",
              Qt::Key_Delete,
              nullptr,
              nullptr,
-             3,
-             {"G4XYZ", "IO91VL", true},
+             {3, "G4XYZ", "IO91VL", 936, true},
              "Rufzeichen existiert bereits und kann nicht wieder hergestellt werden!",
              "G4XYZ"},
+            // A call live elsewhere on the band: Yes to the dupe question scores 0.
+            {"OK1",
+             Qt::Key_Return,
+             "DL1ABC",
+             "JO31AB",
+             {1, "DL1ABC", "JO31AB", 0, false},
+             nullptr,
+             nullptr,
+             true},
         };
         for (const Case& c : cases) {
             if (c.ownCall)
@@ -165,17 +146,17 @@ private slots:
             const auto before =
                 orv::SharedStore(orv::ContestLog::openForReading(a / "Logs" / "Field.sqlite").db())
                     .remoteStamp(k432);
-            if (c.key == Qt::Key_Delete)
+            if (c.key == Qt::Key_Delete || c.asked)
                 orv::platform::QtDialogs::queueAnswer(orv::Answer::Yes);
             QTest::keyClick(table, c.key);
             if (c.key == Qt::Key_Return) {
-                auto* field = qobject_cast<QLineEdit*>(QApplication::focusWidget());
+                auto* field = qobject_cast<QLineEdit*>(dialog->focusWidget());
                 QVERIFY(field);
                 QCOMPARE(field->objectName(), QString("Text33"));
                 if (c.call)
                     QTest::keyClicks(field, c.call);
                 QTest::keyClick(field, Qt::Key_Space, Qt::ShiftModifier);
-                field = qobject_cast<QLineEdit*>(QApplication::focusWidget());
+                field = qobject_cast<QLineEdit*>(dialog->focusWidget());
                 QCOMPARE(field->objectName(), QString("Text77"));
                 QTest::keyClicks(field, c.locator);
                 QTest::keyClick(field, Qt::Key_Return);
@@ -186,20 +167,21 @@ private slots:
                 QCOMPARE(state->text(), QString::fromUtf8(c.refusal));
                 QCOMPARE(store.remoteStamp(k432), before);
                 if (c.key == Qt::Key_Return) {
-                    QCOMPARE(QApplication::focusWidget()->objectName(), QString("Text77"));
-                    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Escape);
+                    QCOMPARE(dialog->focusWidget()->objectName(), QString("Text77"));
+                    QTest::keyClick(dialog->focusWidget(), Qt::Key_Escape);
                     QVERIFY(dialog->isVisible());
                 }
-                QCOMPARE(QApplication::focusWidget(), table);
+                QCOMPARE(dialog->focusWidget(), table);
             } else {
                 QVERIFY(store.remoteStamp(k432) != before);
             }
             QTRY_COMPARE_WITH_TIMEOUT(queuedAt(a), 0, 10000);
             QCOMPARE(tool(b, {"sync", "Field"}), 0);
-            const auto got = atB(b, c.nr);
+            const auto got = atB(b, c.want.nr);
             QVERIFY(got);
             QCOMPARE(got->call, c.want.call);
             QCOMPARE(got->locator, c.want.locator);
+            QCOMPARE(got->qrb, c.want.qrb);
             QCOMPARE(got->deleted, c.want.deleted);
         }
 
