@@ -27,7 +27,7 @@ namespace orv::ui {
 namespace {
 
 constexpr int kTitle = 1365, kDeleted = 1366, kHint = 1367, kNotStored = 1368, kEditHint = 621,
-              kStored = 622, kPosition = 1339, kClose = 1348;
+              kStored = 622, kNotRead = 623, kPosition = 1339, kClose = 1348;
 // Captions of the grid: call, locator, RST, number, QRB, date, time.
 constexpr int kCall = 151, kLocator = 155, kRst = 152, kNr = 153, kQrb = 156, kDate = 159,
               kTime = 150;
@@ -84,7 +84,7 @@ StationQsosDialog::StationQsosDialog(sql::Db& db, Capture& capture, const Texts&
     close->setAutoDefault(false);
     close->setFocusPolicy(Qt::NoFocus);
     connect(close, &QPushButton::clicked, this, &QDialog::reject);
-    connect(filter_, &QLineEdit::textChanged, this, &StationQsosDialog::fill);
+    connect(filter_, &QLineEdit::textChanged, this, [this] { fill(selectedUid()); });
     layout->addWidget(hint);
     layout->addWidget(filter_);
     layout->addWidget(table_);
@@ -103,21 +103,31 @@ StationQsosDialog::StationQsosDialog(sql::Db& db, Capture& capture, const Texts&
 }
 
 void StationQsosDialog::refresh() {
-    SharedStore store(db_);
     const int b = capture_.band();
-    const auto stamp = store.remoteStamp(b);
-    if (b == band_ && stamp == stamp_)
-        return;
-    band_ = b;
-    stamp_ = stamp;
-    qsos_ = store.remoteQsos(b);
-    setWindowTitle(q(texts_(kTitle)) + " " + q(std::string(band(b).boxText)));
-    fill();
+    try {
+        SharedStore store(db_);
+        const auto stamp = store.remoteStamp(b);
+        if (b == band_ && stamp == stamp_)
+            return;
+        const std::string keep = selectedUid();
+        qsos_ = store.remoteQsos(b);
+        shown_.clear();
+        band_ = b;
+        stamp_ = stamp;
+        setWindowTitle(q(texts_(kTitle)) + " " + q(std::string(band(b).boxText)));
+        fill(keep);
+    } catch (const std::exception& e) {
+        // The worker may hold the file for a moment: the next look reads again.
+        state_->setText(q(texts_(kNotRead)) + " " + q(e.what()));
+    }
 }
 
-void StationQsosDialog::fill() {
-    const SharedQso* was = selected();
-    const std::string keep = was ? was->uid : std::string();
+std::string StationQsosDialog::selectedUid() const {
+    const SharedQso* s = selected();
+    return s ? s->uid : std::string();
+}
+
+void StationQsosDialog::fill(const std::string& keep) {
     const QString typed = filter_->text().trimmed().toUpper();
     shown_.clear();
     for (std::size_t i = 0; i < qsos_.size(); ++i)

@@ -46,8 +46,10 @@ protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
-    void fill();
+    // Shows the QSOs the filter lets through, `keep` selected when shown.
+    void fill(const std::string& keep);
     const SharedQso* selected() const;
+    std::string selectedUid() const;
     void edit();
     void storeEdit();
     void leaveEdit();

@@ -78,6 +78,7 @@ constexpr TextRow kRows[] = {
     {608, "Keine Sprachdatei dieses Namens. Vorhandene Sprachen:"},
     {621, "Korrektur: Enter speichert, Esc bricht ab."},
     {622, "Geändert; die Änderung geht an alle Positionen."},
+    {623, "Die QSOs der anderen Positionen konnten nicht gelesen werden:"},
 };
 
 } // namespace
