@@ -6,6 +6,7 @@
 #include <QHeaderView>
 #include <QLabel>
 #include <QPushButton>
+#include <QShortcut>
 #include <QTableWidget>
 #include <QTimer>
 #include <QVBoxLayout>
@@ -18,6 +19,7 @@
 #include "platform/pg/pg_share_worker.h"
 #include "ui/log_grid_model.h"
 #include "ui/main_window.h"
+#include "ui/station_qsos_dialog.h"
 
 namespace orv::ui {
 
@@ -61,6 +63,16 @@ ShareBinding::ShareBinding(MainWindow& window, Capture& capture, ContestLog& log
     layout->addWidget(positions_);
     layout->addWidget(state_);
     layout->addWidget(conflicts_);
+    // The other positions' QSOs of the band, to correct and delete: the
+    // button or Ctrl+Shift+S.
+    auto* station = new QPushButton(q(texts_(1365)), body);
+    station->setObjectName("ShareStationQsos");
+    station->setFocusPolicy(Qt::NoFocus);
+    layout->addWidget(station);
+    connect(station, &QPushButton::clicked, this,
+            [this] { openStationQsos(*dock_, log_.db(), capture_, texts_, [this] { nudge(); }); });
+    new QShortcut(QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_S), dock_,
+                  [station] { station->click(); });
     dock_->setWidget(body);
     window_.addDockWidget(Qt::BottomDockWidgetArea, dock_);
     connect(conflicts_, &QPushButton::clicked, this, &ShareBinding::showConflicts);

@@ -82,6 +82,9 @@ constexpr TextRow kRows[] = {
     {612, "Geändert:"},
     {613, "Der Server wurde neu gestartet."},
     {614, "Dieser Rechner hat keine Adresse in diesem Netz; statt HOST seine Adresse angeben:"},
+    {621, "Korrektur: Enter speichert, Esc bricht ab."},
+    {622, "Geändert; die Änderung geht an alle Positionen."},
+    {623, "Die QSOs der anderen Positionen konnten nicht gelesen werden:"},
 };
 
 } // namespace

@@ -49,6 +49,11 @@ std::span<const TextRow> sharedRows() {
         {1360, "Den Server einrichten dürfen nur root (sudo) und sein Besitzer:"},
         {1361, "Mehrere QSOs tragen diese Nummer; --position wählt die Position:"},
         {1362, "Diesen Konflikt gibt es nicht (die Nummer steht vorn in der Liste von sync):"},
+        {1365, "QSOs der anderen Positionen"},
+        {1366, "gelöscht"},
+        {1367, "Rufzeichen tippen filtert. Enter korrigiert, Entf löscht oder stellt wieder her, "
+               "Esc schließt."},
+        {1368, "Die Änderung konnte nicht gespeichert werden:"},
     };
     return kRows;
 }

@@ -338,6 +338,33 @@ void SharedStore::changeRemote(const std::string& uid, const QsoRow& row) {
     tx.commit();
 }
 
+std::optional<SharedQso> SharedStore::remoteQso(const std::string& uid) {
+    auto st = db_.prepare("SELECT Band, Position, Rev, ChangeNo, " + qsoColumns() +
+                          " FROM ShareRemote WHERE Uid = ?1");
+    st.bind(1, uid);
+    if (!st.step())
+        return std::nullopt;
+    return SharedQso{uid, st.integer(0), st.text(1), st.int64(2), st.int64(3), readQso(st, 4)};
+}
+
+std::pair<std::int64_t, std::int64_t> SharedStore::remoteStamp(int band) {
+    auto st =
+        db_.prepare("SELECT count(*), coalesce(sum(Rev), 0) FROM ShareRemote WHERE Band = ?1");
+    st.bind(1, band);
+    st.step();
+    return {st.int64(0), st.int64(1)};
+}
+
+bool SharedStore::liveElsewhere(int band, const std::string& call, const std::string& exceptUid) {
+    auto st =
+        db_.prepare("SELECT EXISTS (SELECT 1 FROM " + bandTable(band) +
+                    " WHERE Call = ?1 AND ErrQSO = 0) OR EXISTS (SELECT 1 FROM ShareRemote "
+                    "WHERE Band = ?2 AND upper(trim(Call)) = ?1 AND ErrQSO = 0 AND Uid <> ?3)");
+    st.bind(1, call).bind(2, band).bind(3, exceptUid);
+    st.step();
+    return st.int64(0) != 0;
+}
+
 std::optional<std::string> SharedStore::uidOf(int band, std::int64_t rowId) {
     auto st = db_.prepare("SELECT Uid FROM ShareQso WHERE Band = ?1 AND RowRef = ?2");
     st.bind(1, band).bind(2, rowId);

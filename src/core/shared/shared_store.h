@@ -117,6 +117,14 @@ public:
 
     // A change of another position's QSO made here (correction, deletion mark).
     void changeRemote(const std::string& uid, const QsoRow& row);
+    // Another position's QSO as the cache holds it.
+    std::optional<SharedQso> remoteQso(const std::string& uid);
+    // The count of the cached QSOs of a band and the sum of their revisions:
+    // every change of the band's cache, here or fetched, moves it.
+    std::pair<std::int64_t, std::int64_t> remoteStamp(int band);
+    // Whether the station holds a live QSO with this call on the band other
+    // than the QSO `exceptUid`: this position's rows and the cache.
+    bool liveElsewhere(int band, const std::string& call, const std::string& exceptUid);
 
     std::optional<std::string> uidOf(int band, std::int64_t rowId);
     // This position's QSO with the latest time, and its band: read from the
