@@ -4,8 +4,8 @@
 #include <string>
 #include <vector>
 
-#include "core/capture/capture_checks.h"
-#include "core/capture/entry_rules.h"
+#include "cli/log_access.h"
+#include "core/shared/remote_correction.h"
 #include "core/shared/shared_store.h"
 #include "core/util/text.h"
 
@@ -15,70 +15,6 @@ namespace {
 
 constexpr int kNotShared = 1324;
 constexpr int kNumberAmbiguous = 1361;
-
-// The correction line filled from a QSO, as the window fills it from a grid
-// row: the same cells.
-EditRow editRowOf(const QsoRow& q) {
-    const GridCells c = gridCells(GridRow{q, {}});
-    EditRow e;
-    e.call = c[0];
-    e.locator = c[1];
-    e.rst = c[2];
-    e.rstNr = c[4];
-    e.qrb = c[5];
-    e.date = c[6];
-    e.time = c[7];
-    e.mode = c[9];
-    e.rxMode = c[10];
-    e.qsl = c[11];
-    e.note = c[12];
-    e.name = c[14];
-    e.prop = c[15];
-    e.op = c[17];
-    return e;
-}
-
-bool sameCall(const std::string& a, const std::string& b) {
-    return text::upper(text::trim(a)) == text::upper(text::trim(b));
-}
-
-// Whether the call is live on the band apart from the QSO `uid`: among this
-// position's rows or the other positions'.
-bool liveElsewhere(Capture& capture, SharedStore& store, const SharedQso& target,
-                   const std::string& call) {
-    if (capture.CallExistTest(call))
-        return true;
-    const auto others = store.remoteQsos(target.band);
-    return std::any_of(others.begin(), others.end(), [&](const SharedQso& q) {
-        return q.uid != target.uid && !q.row.errQso && sameCall(q.row.call, call);
-    });
-}
-
-// The correction of the line `e` on another position's QSO, checked as the
-// own correction is; the QSO as it is to be stored, or why not.
-Result<QsoRow> corrected(Capture& capture, SharedStore& store, const SharedQso& target,
-                         const EditRow& e, bool dupeZero) {
-    using namespace capture_detail;
-    const EntryFields f{e.call,  e.locator,
-                        e.rstNr, e.rst,
-                        e.time,  e.date,
-                        true,    entry::minimumReceivedReport(e.mode, capture.config().editMode3)};
-    const CheckedEntry c = checkEntry(f, kEditLineFields);
-    if (c.failure)
-        return *c.failure;
-    const std::string qrbText = text::trim(e.qrb);
-    if (!text::isInteger(qrbText) || text::leadingInt(qrbText) < 0)
-        return refuse(225, "Text88");
-    QsoRow q = target.row;
-    q.qrb = text::leadingInt(qrbText);
-    // Another live QSO of the call on the band: --dupe-zero scores this one 0.
-    if (dupeZero && liveElsewhere(capture, store, target, c.call))
-        q.qrb = 0;
-    q.datTime = *withTime(*c.date, e.time);
-    q.name = text::left(e.name, 100);
-    fillRow(q, c, e.qsl, e.note, e.mode, e.rxMode, e.prop, e.op);
-    return q;
-}
 
 // The other positions' QSOs the command may mean, narrowed to those it
 // changes: a deletion the live ones, a restore the deleted ones, a
@@ -168,21 +104,25 @@ std::optional<int> changeOtherPosition(Context& ctx, const Args& args, Capture& 
         row.errQso = true;
         break;
     case OtherChange::Restore:
-        if (liveElsewhere(capture, store, target, row.call))
+        if (store.liveElsewhere(target.band, row.call, target.uid))
             return ctx.refuse(refuse(229));
         row.errQso = false;
         break;
     case OtherChange::Correct: {
-        EditRow e = editRowOf(target.row);
+        EditRow e = remoteEditRow(target.row);
         applyEditOptions(args, capture, e);
-        auto c = corrected(capture, store, target, e, dupeZero);
-        if (!c)
-            return ctx.refuse(c.failure());
-        row = *c;
+        // --dupe-zero answers the question of another live QSO of the call.
+        FixedDialogs answer(dupeZero ? Answer::Yes : Answer::No);
+        if (const Status st =
+                RemoteCorrection(store, capture.config(), answer, ctx.texts).correct(target.uid, e);
+            !st)
+            return ctx.refuse(st.failure());
+        row = store.remoteQso(target.uid)->row;
         break;
     }
     }
-    store.changeRemote(target.uid, row);
+    if (change != OtherChange::Correct)
+        store.changeRemote(target.uid, row);
     const CaptureConfig& cfg = capture.config();
     printGridRow(ctx.out, GridRow{row, bearingText(cfg.ownLocator, row.locator, cfg.antenneKomma)});
     return kOk;

@@ -89,6 +89,9 @@ struct EditRow {
     std::string name;    // EditName: kept aside and written back
 };
 
+// The correction line filled from a grid row's cells.
+EditRow editRowFromCells(const GridCells& cells);
+
 // The QSO capture of one open log: the selected band's state and every
 // routine that changes a QSO. Each change writes the band table and `MyData`
 // in one transaction before the state in memory follows, so the screen never

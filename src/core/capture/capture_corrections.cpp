@@ -106,8 +106,7 @@ Status Capture::restore(std::size_t row) {
     return okStatus();
 }
 
-EditRow Capture::editView(std::size_t row) const {
-    const GridCells c = gridCells(state_.rows().at(row));
+EditRow editRowFromCells(const GridCells& c) {
     EditRow e;
     e.call = c[0];
     e.locator = c[1];
@@ -120,10 +119,14 @@ EditRow Capture::editView(std::size_t row) const {
     e.rxMode = c[10];
     e.qsl = c[11];
     e.note = c[12];
+    e.name = c[14];
     e.prop = c[15];
     e.op = c[17];
-    e.name = c[14];
     return e;
+}
+
+EditRow Capture::editView(std::size_t row) const {
+    return editRowFromCells(gridCells(state_.rows().at(row)));
 }
 
 Status Capture::UebernehmenEdit(std::size_t row, const EditRow& edit) {

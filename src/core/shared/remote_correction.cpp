@@ -10,24 +10,8 @@ namespace orv {
 using namespace capture_detail;
 
 EditRow remoteEditRow(const QsoRow& q) {
-    // The cells of a grid row, as the correction line of an own QSO reads them.
-    const GridCells c = gridCells(GridRow{q, {}});
-    EditRow e;
-    e.call = c[0];
-    e.locator = c[1];
-    e.rst = c[2];
-    e.rstNr = c[4];
-    e.qrb = c[5];
-    e.date = c[6];
-    e.time = c[7];
-    e.mode = c[9];
-    e.rxMode = c[10];
-    e.qsl = c[11];
-    e.note = c[12];
-    e.name = c[14];
-    e.prop = c[15];
-    e.op = c[17];
-    return e;
+    // As the correction line of an own QSO reads its grid row.
+    return editRowFromCells(gridCells(GridRow{q, {}}));
 }
 
 RemoteCorrection::RemoteCorrection(SharedStore& store, const CaptureConfig& config,
