@@ -42,15 +42,10 @@ private slots:
         orv::test::PgCluster pg;
         orv::test::TempDir a, b;
         const std::string server = pg.address();
-        orv::test::writeFile(a / "OrvantaContest.INI", "[QB]\nEinverstanden=-1\n");
+        QVERIFY(orv::test::shareFieldBetween(server, a, b));
         auto tool = [](const orv::test::TempDir& home, std::vector<std::string> args) {
             return orv::test::runToolAt(home.path(), args).status;
         };
-        QCOMPARE(tool(a, {"new-log", "Field", "--call", "DL0XYZ", "--locator", "JO62QM",
-                          "--contest", "T"}),
-                 0);
-        QCOMPARE(tool(a, {"share", "Field", "--server", server, "--position", "A"}), 0);
-        QCOMPARE(tool(b, {"join", "Field", "--server", server, "--position", "B"}), 0);
         QCOMPARE(tool(b, {"add", "Field", "--band", "432", "--call", "OK1KHL", "--rst", "59",
                           "--rcvd", "59001", "--locator", "JN79AA"}),
                  0);

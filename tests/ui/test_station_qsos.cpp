@@ -53,15 +53,10 @@ private slots:
         orv::test::PgCluster pg;
         orv::test::TempDir a, b;
         const std::string server = pg.address();
-        orv::test::writeFile(a / "OrvantaContest.INI", "[QB]\nEinverstanden=-1\n");
+        QVERIFY(orv::test::shareFieldBetween(server, a, b));
         auto tool = [](const orv::test::TempDir& home, std::vector<std::string> args) {
             return orv::test::runToolAt(home.path(), args).status;
         };
-        QCOMPARE(tool(a, {"new-log", "Field", "--call", "DL0XYZ", "--locator", "JO62QM",
-                          "--contest", "T"}),
-                 0);
-        QCOMPARE(tool(a, {"share", "Field", "--server", server, "--position", "A"}), 0);
-        QCOMPARE(tool(b, {"join", "Field", "--server", server, "--position", "B"}), 0);
         auto addAtB = [&](const char* call, const char* rcvd, const char* loc) {
             return tool(b, {"add", "Field", "--band", "432", "--call", call, "--rst", "59",
                             "--rcvd", rcvd, "--locator", loc});

@@ -9,6 +9,8 @@
 #include <string>
 
 #include "platform/qt_dialogs.h"
+#include "support/run_tool.h"
+#include "support/temp_dir.h"
 #include "ui/log_dialog.h"
 
 namespace orv::test {
@@ -33,6 +35,18 @@ inline QString said(std::size_t fromEnd = 0) {
     const auto& r = platform::QtDialogs::recorded();
     return r.size() > fromEnd ? QString::fromStdString(r[r.size() - 1 - fromEnd])
                               : QString("<nothing said>");
+}
+
+// The log "Field" of DL0XYZ made in the data folder `a` and shared on
+// `server` as position A, and joined from `b` as position B, with the tool;
+// `a` is set up for the window to open it. False when a step failed.
+inline bool shareFieldBetween(const std::string& server, const TempDir& a, const TempDir& b) {
+    writeFile(a / "OrvantaContest.INI", "[QB]\nEinverstanden=-1\n");
+    return runToolAt(a.path(), {"new-log", "Field", "--call", "DL0XYZ", "--locator", "JO62QM",
+                                "--contest", "T", "--server", server, "--position", "A"})
+                   .status == 0 &&
+           runToolAt(b.path(), {"join", "Field", "--server", server, "--position", "B"}).status ==
+               0;
 }
 
 } // namespace orv::test
