@@ -6,10 +6,22 @@ namespace orv {
 
 using namespace shared_detail;
 
+namespace {
+// A kept statement is reset as soon as it is read: left stepping, it would
+// hold the window's connection on an old snapshot of the file.
+struct ResetAfter {
+    sql::Stmt& st;
+    ~ResetAfter() { st.reset(); }
+};
+} // namespace
+
+// Asked on every key press, for each band: the statements are kept.
 std::optional<QsoRow> SharedStationView::liveQso(int band, std::string_view call) {
-    auto st = db_.prepare("SELECT " + qsoColumns() +
-                          " FROM ShareRemote WHERE Band = ?1 AND upper(trim(Call)) = ?2 AND "
-                          "ErrQSO = 0 ORDER BY ChangeNo LIMIT 1");
+    static const std::string sql = "SELECT " + qsoColumns() +
+                                   " FROM ShareRemote WHERE Band = ?1 AND upper(trim(Call)) = ?2 "
+                                   "AND ErrQSO = 0 ORDER BY ChangeNo LIMIT 1";
+    auto& st = db_.cached(sql);
+    ResetAfter done{st};
     st.bind(1, band).bind(2, call);
     if (!st.step())
         return std::nullopt;
@@ -17,7 +29,8 @@ std::optional<QsoRow> SharedStationView::liveQso(int band, std::string_view call
 }
 
 std::int64_t SharedStationView::highestSerial(int band) {
-    auto st = db_.prepare("SELECT coalesce(max(QSONr), 0) FROM ShareRemote WHERE Band = ?1");
+    auto& st = db_.cached("SELECT coalesce(max(QSONr), 0) FROM ShareRemote WHERE Band = ?1");
+    ResetAfter done{st};
     st.bind(1, band);
     st.step();
     return st.int64(0);
