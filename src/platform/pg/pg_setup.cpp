@@ -95,6 +95,13 @@ struct ListenLine {
 std::optional<ListenLine> parseListenLine(std::string_view line) {
     constexpr std::string_view kKey = "listen_addresses";
     ListenLine l;
+    // The line end stays out of the value: a quote left open must not take
+    // it, or the edited line would run into the next one.
+    std::size_t body = line.size();
+    while (body > 0 && (line[body - 1] == '\n' || line[body - 1] == '\r'))
+        --body;
+    const std::string_view ending = line.substr(body);
+    line = line.substr(0, body);
     std::string_view s = trimLeft(line);
     l.indent = std::string(line.substr(0, line.size() - s.size()));
     if (!s.empty() && s.front() == '#') {
@@ -125,7 +132,7 @@ std::optional<ListenLine> parseListenLine(std::string_view line) {
         l.value = std::string(s.substr(0, end));
         s.remove_prefix(end == std::string_view::npos ? s.size() : end);
     }
-    l.rest = std::string(s);
+    l.rest = std::string(s) + std::string(ending);
     return l;
 }
 

@@ -52,6 +52,8 @@ TEST(PgSetup, ListenOnEveryAddressChangesOnlyTheLineTheServerReads) {
         {"listen_addresses = 'localhost, *'\n", nullptr},
         {"port = 5432", "port = 5432\nlisten_addresses = '*'\n"},
         {"#listen_addresses_x = 1\n", "#listen_addresses_x = 1\nlisten_addresses = '*'\n"},
+        // A quote left open ends with its line, which keeps its end.
+        {"#listen_addresses = 'localhost\nport = 5432\n", "listen_addresses = '*'\nport = 5432\n"},
     };
     for (const auto& c : cases) {
         const ConfEdit e = listenEverywhere(c.in);
