@@ -10,7 +10,6 @@
 #include "core/logstore/contest_defs.h"
 #include "core/logstore/log_setup.h"
 #include "core/settings/ini_file.h"
-#include "core/shared/share_address.h"
 #include "core/util/text.h"
 
 namespace orv::cli {
@@ -28,8 +27,6 @@ std::optional<std::array<int, kBandCount>> parseWeights(const std::string& s) {
     return w;
 }
 
-constexpr int kInvalidPosition = 1321;
-
 const std::string kNewLogUsage =
     "NAME --call CALL --locator LOC [--contest NAME] [--weights w0,...,w9] [--overwrite] "
     "[--server postgresql://USER@HOST:PORT/DB --position NAME [--password-file FILE]]";
@@ -41,14 +38,8 @@ int runNewLog(Context& ctx, const Args& args) {
     // A log to be shared: the server's address and the position are checked
     // before anything is made, as `share` checks them.
     const bool share = args.has("server") || args.has("position");
-    if (share) {
-        const std::string server = args.getOr("server", "");
-        if (!parseShareAddress(server))
-            return ctx.fail(kShareInvalidAddress, kRefused, "--server " + server);
-        const std::string position = args.getOr("position", "");
-        if (!validPositionName(position))
-            return ctx.fail(kInvalidPosition, kRefused, "--position " + position);
-    }
+    if (int code = kOk; share && !shareTarget(ctx, args, code))
+        return code;
 
     // The contest in force as the chooser has it: AConDat, then the ConE
     // entry of the chosen name, then weights given outright.

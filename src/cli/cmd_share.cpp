@@ -23,7 +23,6 @@
 namespace orv::cli {
 namespace {
 
-constexpr int kInvalidPosition = 1321;
 constexpr int kNotShared = 1324;
 constexpr int kQueued = 1325;
 constexpr int kLastContact = 1326;
@@ -40,23 +39,10 @@ constexpr int kUnknownConflict = 1362;
 
 // --server and --position, checked; the password of --password-file goes to
 // the keyring (or the password file) for the window and later runs.
-struct ServerArgs {
-    ShareAddress address;
-    std::string server;
-    std::string position;
-};
-std::optional<ServerArgs> serverArgs(Context& ctx, const Args& args, int& code) {
-    const std::string server = args.getOr("server", "");
-    const auto address = parseShareAddress(server);
-    if (!address) {
-        code = ctx.fail(kShareInvalidAddress, kRefused, "--server " + server);
+std::optional<ShareTarget> serverArgs(Context& ctx, const Args& args, int& code) {
+    auto target = shareTarget(ctx, args, code);
+    if (!target)
         return std::nullopt;
-    }
-    const std::string position = args.getOr("position", "");
-    if (!validPositionName(position)) {
-        code = ctx.fail(kInvalidPosition, kRefused, "--position " + position);
-        return std::nullopt;
-    }
     if (const auto pf = args.get("password-file")) {
         std::string pw;
         try {
@@ -66,9 +52,10 @@ std::optional<ServerArgs> serverArgs(Context& ctx, const Args& args, int& code) 
             return std::nullopt;
         }
         PasswordStore(PasswordStore::fileIn(ctx.paths.appPath))
-            .save(address->passwordKey(), address->user, pw.substr(0, pw.find_first_of("\r\n")));
+            .save(target->address.passwordKey(), target->address.user,
+                  pw.substr(0, pw.find_first_of("\r\n")));
     }
-    return ServerArgs{*address, server, position};
+    return target;
 }
 
 void printRound(Context& ctx, const ShareRound& r) {

@@ -22,6 +22,22 @@ std::string stillWaiting(Context& ctx, const ShareRound& r) {
     return line + " " + r.detail;
 }
 
+std::optional<ShareTarget> shareTarget(Context& ctx, const Args& args, int& code) {
+    constexpr int kInvalidPosition = 1321;
+    const std::string server = args.getOr("server", "");
+    const auto address = parseShareAddress(server);
+    if (!address) {
+        code = ctx.fail(kShareInvalidAddress, kRefused, "--server " + server);
+        return std::nullopt;
+    }
+    const std::string position = args.getOr("position", "");
+    if (!validPositionName(position)) {
+        code = ctx.fail(kInvalidPosition, kRefused, "--position " + position);
+        return std::nullopt;
+    }
+    return ShareTarget{*address, server, position};
+}
+
 bool sharingBuiltIn() {
 #ifdef ORVANTA_HAVE_PG
     return true;

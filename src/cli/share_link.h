@@ -31,6 +31,15 @@ struct ShareRound {
 // unreachable server is said once.
 std::string stillWaiting(Context& ctx, const ShareRound& r);
 
+// The address of --server and the name of --position, checked; each refusal
+// is printed in the program's words and sets `code`.
+struct ShareTarget {
+    ShareAddress address;
+    std::string server;
+    std::string position;
+};
+std::optional<ShareTarget> shareTarget(Context& ctx, const Args& args, int& code);
+
 // Whether the tool can reach a server at all (built with libpq).
 bool sharingBuiltIn();
 
